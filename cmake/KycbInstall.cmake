@@ -1,0 +1,29 @@
+# Installs the library, its headers, and what find_package and pkg-config need to find them.
+include(CMakePackageConfigHelpers)
+
+install(TARGETS KYCollisionBase
+        EXPORT KYCollisionBaseTargets
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY include/KYCollisionBase
+        DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+        FILES_MATCHING PATTERN "*.h"
+        PATTERN "ui" EXCLUDE)
+install(EXPORT KYCollisionBaseTargets
+        NAMESPACE KYCollisionBase::
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
+
+configure_package_config_file(
+    cmake/KYCollisionBaseConfig.cmake.in
+    "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfig.cmake"
+    INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
+write_basic_package_version_file(
+    "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfigVersion.cmake"
+    COMPATIBILITY SameMinorVersion)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfig.cmake"
+              "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfigVersion.cmake"
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
+
+configure_file(cmake/KYCollisionBase.pc.in "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBase.pc" @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBase.pc"
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
