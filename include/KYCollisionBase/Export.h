@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: Apache-2.0
+// SPDX-License-Identifier: Apache-2.0
 // KYCB_API marks what the shared object exports; everything else stays hidden.
 #pragma once
 

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <any>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// One floor as the user sees it, which may span several projects of the work set.
+struct SCollisionFloor {
+    std::wstring name;  ///< display name; becomes the current check floor of a run
+    std::any hostData;  ///< the host's own; the library neither reads nor writes it
+    std::vector<std::pair<int, std::wstring>> floorKeys;  ///< (project id, floor name) pairs
+};

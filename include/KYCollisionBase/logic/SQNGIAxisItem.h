@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "KYCollisionBase/platform/CQNIMCurve.h"
+
+#include <memory>
+#include <string>
+
+namespace KYCOLLISION::LOGIC {
+
+/// One grid axis of a floor, as the host supplies it.
+struct SQNGIAxisItem {
+    std::wstring axisName;  ///< the label shown to the user, for example "3" or "B"
+    /// The axis line in world coordinates (mm): a line segment or a bounded arc.
+    std::unique_ptr<QNIM::GeometryPrimitiveResource::CQNIMCurve> axisCurve;
+};
+
+}  // namespace KYCOLLISION::LOGIC

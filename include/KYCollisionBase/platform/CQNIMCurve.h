@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "KYCollisionBase/platform/CQNIMBoundingBox.h"
+
+namespace QNIM::GeometryPrimitiveResource {
+
+/// A bounded curve in world coordinates (mm); owned and deleted through this base.
+class CQNIMCurve {
+  public:
+    virtual ~CQNIMCurve() = default;
+
+    /// The smallest axis-aligned box around the curve.
+    virtual CQNIMBoundingBox GetBoundingBox() const = 0;
+};
+
+}  // namespace QNIM::GeometryPrimitiveResource
