@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "KYCollisionBase/Export.h"
+
 #include <map>
 #include <string>
 #include <vector>
@@ -31,7 +33,7 @@ struct SQNGIAxisItem;
 /// library unchanged.
 ///
 /// Threads: called only from the thread that runs the library's operation.
-class IModelDataSource {
+class KYCB_API IModelDataSource {
   public:
     virtual ~IModelDataSource() = default;
 

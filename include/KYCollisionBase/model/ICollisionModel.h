@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "KYCollisionBase/Export.h"
 #include "KYCollisionBase/model/SKyModelInfo.h"
 #include "KYCollisionBase/platform/BoundingBox3d.h"
 
@@ -25,7 +26,7 @@ namespace KYCOLLISION::MODEL {
 class ObjectModelInfo;
 
 /// The root of a collision model as the check driver and the results see it.
-class ICollisionModel {
+class KYCB_API ICollisionModel {
   public:
     using FloorKey = std::pair<int, std::wstring>;
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "KYCollisionBase/Export.h"
 #include "KYCollisionBase/platform/CQNIMBoundingBox.h"
 
 namespace QNIM::GeometryPrimitiveResource {
 
 /// A bounded curve in world coordinates (mm); owned and deleted through this base.
-class CQNIMCurve {
+class KYCB_API CQNIMCurve {
   public:
     virtual ~CQNIMCurve() = default;
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "KYCollisionBase/Export.h"
+
 #include <string>
 
 struct TREEITEM_;
@@ -8,7 +10,7 @@ struct TREEITEM_;
 using HTREEITEM = TREEITEM_*;
 
 /// What the library needs of a tree control, so that the core stays free of any toolkit.
-class ITreeControl {
+class KYCB_API ITreeControl {
   public:
     virtual ~ITreeControl() = default;
 

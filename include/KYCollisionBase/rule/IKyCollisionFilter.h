@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include "KYCollisionBase/Export.h"
+
 #include <string>
 
 namespace KYCOLLISION::Rule {
@@ -12,7 +14,7 @@ enum EnumFilterType : int {
 };
 
 /// A condition on a numeric attribute that narrows the components that a rule item applies to.
-class IKyCollisionFilter {
+class KYCB_API IKyCollisionFilter {
   public:
     virtual ~IKyCollisionFilter() = default;
     virtual EnumFilterType GetFilterType() const = 0;
