@@ -10,5 +10,7 @@
 struct SCollisionFloor {
     std::wstring name;  ///< display name; becomes the current check floor of a run
     std::any hostData;  ///< the host's own; the library neither reads nor writes it
-    std::vector<std::pair<int, std::wstring>> floorKeys;  ///< (project id, floor name) pairs
+    /// The (project id, floor name) pairs that make up this floor, in the order of checking. Pairs
+    /// that the model does not know are passed over.
+    std::vector<std::pair<int, std::wstring>> floorKeys;
 };

@@ -11,7 +11,8 @@ namespace KYCOLLISION::LOGIC {
 /// One grid axis of a floor, as the host supplies it.
 struct SQNGIAxisItem {
     std::wstring axisName;  ///< the label shown to the user, for example "3" or "B"
-    /// The axis line in world coordinates (mm): a line segment or a bounded arc.
+    /// The axis line in world coordinates (mm), owned: a line segment or a bounded arc. An axis of
+    /// another kind, or without a curve, gives no position.
     std::unique_ptr<QNIM::GeometryPrimitiveResource::CQNIMCurve> axisCurve;
 };
 

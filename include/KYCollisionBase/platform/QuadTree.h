@@ -26,11 +26,16 @@ class QuadTree {
     /// A box closer than this to a centre line counts as lying on it and stays at the node (mm).
     static constexpr double kCentreTolerance = 0.0001;
 
+    /// A tree over the null box: it takes items but finds none, until a placed tree is assigned.
+    QuadTree() = default;
+
+    /// An empty node over `box`.
     explicit QuadTree(const BoundingBox2d& box) : box_(box) {}
 
     const BoundingBox2d& GetBoundingBox() const { return box_; }
 
-    /// Stores `item` under `box`. An item whose box lies outside the node stays at the node.
+    /// Stores `item` under `box`. An item whose box lies outside the node stays at the node; one
+    /// whose box is null is stored and never found.
     void Insert(const T& item, const BoundingBox2d& box) {
         QuadTree* node = this;
         for (int quadrant = node->ChooseQuadrant(box); quadrant != kStay;
@@ -44,12 +49,21 @@ class QuadTree {
     /// Appends every item whose box meets `box`: the node's own in the order of insertion, then
     /// the children's in the order upper right, lower right, upper left, lower left.
     void Query(const BoundingBox2d& box, std::vector<T>& found) const {
+        VisitNear(box, [&](const T& item, const BoundingBox2d& itemBox) {
+            if (itemBox.IsIntersect(box)) found.push_back(item);
+        });
+    }
+
+    /// Calls `visit(item, box it was inserted with)` for every item of every node that meets `box`,
+    /// in the order of Query. The item's own box need not meet `box`.
+    template <class Visitor>
+    void VisitNear(const BoundingBox2d& box, const Visitor& visit) const {
         if (!box.IsIntersect(box_)) return;
         for (std::size_t i = 0; i < items_.size(); ++i) {
-            if (itemBoxes_[i].IsIntersect(box)) found.push_back(items_[i]);
+            visit(items_[i], itemBoxes_[i]);
         }
         for (const auto& child : children_) {
-            if (child) child->Query(box, found);
+            if (child) child->VisitNear(box, visit);
         }
     }
 
@@ -59,12 +73,20 @@ class QuadTree {
     double CentreX() const { return (box_.GetMinX() + box_.GetMaxX()) / 2.0; }
     double CentreY() const { return (box_.GetMinY() + box_.GetMaxY()) / 2.0; }
 
+    // Without a centre that rounding keeps strictly inside, a quarter could be as large as the
+    // node, and a box at such a place (1e19 mm away, or infinite) would sink for ever.
+    bool IsDivisible() const {
+        return box_.GetMinX() < CentreX() && CentreX() < box_.GetMaxX() &&
+               box_.GetMinY() < CentreY() && CentreY() < box_.GetMaxY();
+    }
+
     int ChooseQuadrant(const BoundingBox2d& c) const {
         constexpr double e = kCentreTolerance;
         if (std::abs(box_.GetMaxX() - box_.GetMinX()) < kMinNodeSize ||
             std::abs(box_.GetMaxY() - box_.GetMinY()) < kMinNodeSize) {
             return kStay;
         }
+        if (!IsDivisible()) return kStay;
         const bool outside = c.GetMinX() - box_.GetMaxX() > e || c.GetMinY() - box_.GetMaxY() > e ||
                              box_.GetMinX() - c.GetMaxX() > e || box_.GetMinY() - c.GetMaxY() > e;
         if (outside) return kStay;
