@@ -9,7 +9,7 @@ namespace QNIM::GeometryPrimitiveResource {
 class KYCB_API CQNIMLineSegment : public CQNIMCurve {
   public:
     CQNIMLineSegment(const CQNIMPosition& start, const CQNIMPosition& end)
-        : start_(start), end_(end) {}
+        : CQNIMCurve(Kind::kLineSegment), start_(start), end_(end) {}
 
     const CQNIMPosition& GetStartPt() const { return start_; }
     const CQNIMPosition& GetEndPt() const { return end_; }
