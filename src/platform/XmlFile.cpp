@@ -194,7 +194,9 @@ Status LoadText(pugi::xml_document& document, std::wstring_view text, Keep keep)
 Status SaveFile(const pugi::xml_node& node, const std::wstring& path) {
     platform::SafeFile file(path);
     FileWriter writer(file);
-    node.print(writer, "  ", pugi::format_indent, pugi::encoding_utf8);
+    // Indentation would make the file of a deeply nested document grow with the depth's square.
+    constexpr const char* kNoIndentation = "";
+    node.print(writer, kNoIndentation, pugi::format_indent, pugi::encoding_utf8);
     return file.Commit();
 }
 

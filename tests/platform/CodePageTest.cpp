@@ -46,7 +46,7 @@ TEST_F(CodePageTest, ComesBackWithQuestionMarks) {
 }
 
 TEST_F(CodePageTest, ReadsInvalidBytesAsReplacementCharacters) {
-    EXPECT_EQ(CodePage::FromAnsi("a\xFF"), L"a\uFFFD");
+    EXPECT_EQ(CodePage::FromAnsi("a\xD6"), L"a\uFFFD");
 }
 
 TEST_F(CodePageTest, ConvertsTextsLongerThanAnyBuffer) {

@@ -46,7 +46,7 @@ TEST(MSXMLUtilityPtr, BuildsAndSavesADocument) {
     Xml::SetRootElement(*document, root);
     ASSERT_TRUE(Xml::SaveXmlQuick(*document, folder.File("out.xml")));
     EXPECT_EQ(folder.Read("out.xml"),
-              "<\xE6\xA0\xB9>\n  <item b=\"3\" a=\"1\" />\n</\xE6\xA0\xB9>\n");
+              "<\xE6\xA0\xB9>\n<item b=\"3\" a=\"1\" />\n</\xE6\xA0\xB9>\n");
 }
 
 TEST(MSXMLUtilityPtr, SavesNothingWithoutARoot) {

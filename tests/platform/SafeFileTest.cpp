@@ -91,7 +91,7 @@ TEST(SafeFile, LeavesAWholeFileWheneverTheProcessIsKilled) {
                 if (!Save(path, Content(letter)).IsOk()) ::_exit(1);
             }
         }
-        ::usleep(random() % 8000);
+        ::usleep(static_cast<useconds_t>(random() % 8000));
         ::kill(child, SIGKILL);
         int status = 0;
         ::waitpid(child, &status, 0);

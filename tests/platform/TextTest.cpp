@@ -148,6 +148,7 @@ TEST(ParseDouble, ReadsAsTheStandardConversionDoes) {
     EXPECT_EQ(ParseDouble(L"INF"), HUGE_VAL);
     EXPECT_TRUE(std::isnan(ParseDouble(L"nan")));
     EXPECT_EQ(ParseDouble(L"1.7976931348623157e308"), DBL_MAX);
+    EXPECT_EQ(ParseDouble(L"4.9e-324"), 0x1p-1074) << "not every standard library takes these";
 }
 
 TEST(ParseDouble, ThrowsTheStandardErrors) {
@@ -165,7 +166,7 @@ TEST(ParseDouble, AgreesWithTheStandardConversionOnRandomTexts) {
     int refused = 0;
     for (int round = 0; round < 200000; ++round) {
         std::wstring text;
-        for (unsigned length = random() % 9; length > 0; --length) {
+        for (auto length = random() % 9; length > 0; --length) {
             text += alphabet[random() % alphabet.size()];
         }
         std::optional<double> expected;
@@ -174,6 +175,7 @@ TEST(ParseDouble, AgreesWithTheStandardConversionOnRandomTexts) {
         } catch (const std::logic_error&) {
             ++refused;
         }
+        if (!expected && std::fpclassify(ToDouble(text)) == FP_SUBNORMAL) continue;
         if (!expected) {
             EXPECT_THROW(ParseDouble(text), std::logic_error) << ToUtf8(text);
             continue;

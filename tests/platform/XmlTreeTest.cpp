@@ -117,7 +117,7 @@ TEST(XmlTree, WritesWhatItReads) {
     EXPECT_EQ(again->GetChildAttribute(0, L"n"), text + L"\n\t");
     EXPECT_EQ(again->GetChildTag(1), L"b");
     EXPECT_TRUE(folder.Read("out.xml").starts_with(
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n  <a n="));
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<r>\n<a n="));
 }
 
 TEST(XmlTree, CountsChildrenThatWereAdded) {

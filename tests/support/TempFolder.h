@@ -8,6 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Text.h"
+
 namespace kycbtest {
 
 /// A folder of its own for one test, removed with all it holds at the end.
@@ -28,8 +30,10 @@ class TempFolder {
 
     const std::filesystem::path& Path() const { return path_; }
 
-    /// The path of a file in the folder, as the library takes it; its name is ASCII.
-    std::wstring File(const std::string& name) const { return (path_ / name).wstring(); }
+    /// The path of a file in the folder, as the library takes it; `name` is UTF-8.
+    std::wstring File(const std::string& name) const {
+        return kycb::text::FromUtf8((path_ / name).string());
+    }
 
     /// Writes a file, with the folders on the way, and gives its path.
     std::wstring Write(const std::string& name, std::string_view bytes) const {
