@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "CheckReport.h"
+#include "kyclash/CheckReport.h"
 
 #include <cstdio>
 #include <ostream>

@@ -35,8 +35,8 @@ struct ReportedComponent {
 struct ReportedClash {
     ReportedComponent main;
     ReportedComponent second;
-    std::array<double, 3> point{};     ///< world coordinates of the files (mm)
-    std::array<int, 2> bodyOffsets{};  ///< with which the two bodies were tested (mm)
+    std::array<double, 3> point{};  ///< world coordinates of the files (mm)
+    std::string bodyOffsets;        ///< with which the two bodies were tested (mm), as "-2,200"
 };
 
 /// One floor as the user sees it; floors of the same name in several models are one.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Interrupt.h"
+#include "kyclash/Interrupt.h"
 
 #include "KYCollisionBase/logic/CCollisionCheck.h"
 

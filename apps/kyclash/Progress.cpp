@@ -1,27 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "Progress.h"
+#include "kyclash/Progress.h"
 
 #include <cstdio>
 
-#if defined(_WIN32)
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "platform/ProcessInfo.h"
 
 namespace kyclash {
 namespace {
 
 // A line longer than the terminal is wide could not be rewritten in place.
 constexpr std::size_t kMaxWidth = 79;
-
-bool StandardErrorIsTerminal() {
-#if defined(_WIN32)
-    return _isatty(_fileno(stderr)) != 0;
-#else
-    return isatty(fileno(stderr)) != 0;
-#endif
-}
 
 // Cuts UTF-8 text after `width` characters, never within one.
 std::string CutToWidth(std::string_view text, std::size_t width) {
