@@ -8,7 +8,7 @@ converter="$root/apps/ifchost/converter"
 build_packages=(
     g++ cmake ninja-build pkg-config ccache
     libboost-dev libboost-filesystem-dev libpugixml-dev libicu-dev libhwy-dev
-    nlohmann-json3-dev libcli11-dev
+    nlohmann-json3-dev libcli11-dev libssl-dev
 )
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang clang-format clang-tidy
