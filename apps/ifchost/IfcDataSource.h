@@ -80,7 +80,7 @@ class IfcDataSource final : public KYCOLLISION::LOGIC::IModelDataSource {
     void GetFloorAxisInfo(
         int projectId, const std::wstring& floorName,
         std::vector<KYCOLLISION::LOGIC::SQNGIAxisItem*>& items,
-        KYTOOLS::GRAPH::QuadTree<KYCOLLISION::LOGIC::SQNGIAxisItem*>*& tree) const override;
+        KYTOOLS::GRAPH::QuadTree<KYCOLLISION::LOGIC::SQNGIAxisItem*>& tree) const override;
 
     void ShowProgress(const std::wstring& text) override;
     /// "name (IfcClass, GlobalId)"; empty for an unknown id.

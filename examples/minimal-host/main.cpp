@@ -69,7 +69,7 @@ class BoxSource : public LOGIC::IModelDataSource {
         return true;
     }
     void GetFloorAxisInfo(int, const std::wstring&, std::vector<LOGIC::SQNGIAxisItem*>&,
-                          KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>*&) const override {}
+                          KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>&) const override {}
     void ShowProgress(const std::wstring&) override {}
     std::wstring GetObjDisplayName(int, const boost::any&) const override { return {}; }
     void HighlightObj(int, const boost::any&) override {}

@@ -6,6 +6,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -128,12 +129,15 @@ class KYCB_API FloorModelInfo {
   private:
     friend class AttCategoryModelInfo;
     friend class ObjectModelInfo;
+    friend class ProjectModelInfo;
 
+    class ResultBuilder;
     using ObjectTree = KYTOOLS::GRAPH::QuadTree<ObjectModelInfo*>;
     using AxisTree = KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>;
 
     void DropQuadTree();
     void NoteMovedBox() { boxesMoved_ = true; }
+    std::set<const AttCategoryModelInfo*> CategorySet() const;
     bool GetIsMainObj(LOGIC::IModelDataSource* source, ObjectModelInfo* a,
                       const AttCategory& categoryA, ObjectModelInfo* b,
                       const AttCategory& categoryB);

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,7 @@ class KyAttrRangeFilter;
 namespace KYCOLLISION::MODEL {
 
 class AttCategoryModelInfo;
+class FloorModelInfo;
 class WorkSetModelInfo;
 
 /// One building component of the collision model: its identity, its box, the components whose boxes
@@ -163,6 +165,7 @@ class KYCB_API ObjectModelInfo {
     bool GetExistingHoleParentId(const IModelDataSource* source, std::wstring& parentId) const;
 
   private:
+    friend class FloorModelInfo;
     friend class WorkSetModelInfo;
 
     struct RelatedGuids;
@@ -173,7 +176,7 @@ class KYCB_API ObjectModelInfo {
     bool IsToBeTestedWith(IModelDataSource* source, const RelatedGuids& related,
                           ObjectModelInfo* other, const Rule::KyAttrRangeFilter* filter) const;
     void TestWith(IModelDataSource* source, ObjectModelInfo* other);
-    void ForgetComponentsOf(const std::vector<const AttCategoryModelInfo*>& categories);
+    void ForgetComponentsOf(const std::set<const AttCategoryModelInfo*>& leaving);
 
     boost::any objectId_;
     boost::any partId_;

@@ -6,11 +6,14 @@
 
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 namespace KYCOLLISION::MODEL {
 
+class AttCategoryModelInfo;
+class FloorModelInfo;
 class ProjectModelInfo;
 
 /// The root of the model tree: all projects of the work set, in ascending id order.
@@ -60,8 +63,16 @@ class KYCB_API WorkSetModelInfo : public ICollisionModel {
     bool IsSupportHole() const override;
 
   private:
+    friend class AttCategoryModelInfo;
+    friend class FloorModelInfo;
+    friend class ObjectModelInfo;
+    friend class ProjectModelInfo;
+
+    void ForgetComponentsOf(const std::set<const AttCategoryModelInfo*>& leaving);
+
     std::map<int, ProjectModelInfo*> projects_;
     SKyModelInfo modelInfo_;
+    std::vector<ObjectModelInfo*> neighbourScratch_;  // candidates of one component at a time
 };
 
 }  // namespace KYCOLLISION::MODEL
