@@ -3,7 +3,7 @@
 
 #include <string>
 
-/// The attribute summary of one clashing component.
+/// The attribute summary of one clashing component; all texts are empty by default.
 struct SObjAttInfo {
     std::wstring Specialty;    ///< specialty (trade)
     std::wstring Category;     ///< major category
