@@ -27,8 +27,9 @@ struct ProductFacts {
     std::string name;
     std::string description;
     std::string typeName;
-    std::string storey;                    ///< name of the storey
-    std::string file;                      ///< name of the IFC file, without folders
+    std::string storey;   ///< name of the storey
+    std::string file;     ///< name of the IFC file, without folders
+    std::string section;  ///< "rectangle", "circle" or "other" of a swept body, else empty
     std::vector<std::string> systems;      ///< names and long names of the systems and groups
     std::vector<std::string> systemTypes;  ///< predefined and object types of the systems
     std::vector<std::string> materials;
@@ -91,6 +92,7 @@ class Classification {
     Classification& operator=(const Classification&) = delete;
     ~Classification();
 
+    /// Throws std::runtime_error when a regular expression of the mapping backtracks without end.
     MappingResult Classify(const ProductFacts& facts) const;
 
     std::size_t RuleCount() const;
