@@ -3,12 +3,13 @@
 
 #include "KYCollisionBase/opcode/Model.h"
 
+#include <algorithm>
+
 #include "opcode/MeshTree.h"
+#include "opcode/Query.h"
 
 namespace Opcode {
 
-using kycb::opcode::ContactPoints;
-using kycb::opcode::FindContact;
 using kycb::opcode::MeshTree;
 
 AABBTreeCollider::AABBTreeCollider() = default;
@@ -23,19 +24,11 @@ bool AABBTreeCollider::Collide(BVTCache& cache, const IceMaths::Matrix4x4* world
                                const IceMaths::Matrix4x4* world1) {
     pairs_.clear();
     if (world0 != nullptr || world1 != nullptr) return false;
-    const MeshTree* tree0 = cache.Model0 != nullptr ? cache.Model0->GetTree() : nullptr;
-    const MeshTree* tree1 = cache.Model1 != nullptr ? cache.Model1->GetTree() : nullptr;
+    MeshTree* tree0 = cache.Model0 != nullptr ? cache.Model0->tree_.get() : nullptr;
+    MeshTree* tree1 = cache.Model1 != nullptr ? cache.Model1->tree_.get() : nullptr;
     if (tree0 == nullptr || tree1 == nullptr) return false;
-    for (const MeshTree::Item& a : tree0->Items()) {
-        for (const MeshTree::Item& b : tree1->Items()) {
-            ContactPoints points;
-            if (!FindContact(a.triangle, b.triangle, points)) continue;
-            pairs_.push_back({a.id, b.id});
-            for (std::size_t i = 0; callback_ != nullptr && i < points.count; ++i)
-                callback_(points.p[i], userData_);
-            if (firstContact_ || pairs_.size() >= maxNbPairs_) return true;
-        }
-    }
+    const std::size_t limit = firstContact_ ? std::min(maxNbPairs_, 1U) : maxNbPairs_;
+    kycb::opcode::CollideMeshes(*tree0, *tree1, {&pairs_, limit, callback_, userData_, scope_});
     return true;
 }
 

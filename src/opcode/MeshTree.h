@@ -1,29 +1,135 @@
 // SPDX-License-Identifier: Apache-2.0
+// The hierarchy over one mesh: nodes of eight children, leaves of eight triangles.
 #pragma once
 
 #include "KYCollisionBase/opcode/MeshInterface.h"
 
+#include <array>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <vector>
 
-#include "opcode/TriangleContact.h"
+#include "opcode/MeshBounds.h"
 
 namespace kycb::opcode {
 
-/// What a model keeps beside its mesh: here, the finite triangles.
-class MeshTree {
+/// Children of a node, triangles of a leaf. Fixed for every instruction set, so that all walk the
+/// same tree in the same order.
+inline constexpr std::size_t kWidth = 8;
+
+/// Eight boxes side by side; places not in use hold boxes that meet nothing.
+struct alignas(32) Boxes {
+    float low[3][kWidth];
+    float high[3][kWidth];
+};
+
+struct alignas(32) Leaf {
+    Boxes boxes;
+    // The plane normal . x = offset, and the rounding error of normal . x - offset in single
+    // precision for each unit of the largest coordinate.
+    float normal[3][kWidth];
+    float offset[kWidth];
+    float slack[kWidth];
+    float vertex[3][3][kWidth];  // vertex, axis, triangle: for one triangle against eight
+    float corner[kWidth][3][4];  // triangle, vertex, axis: for eight against eight
+    float low[4];
+    float high[4];
+    std::uint32_t id[kWidth];
+    std::uint32_t count;
+};
+
+/// A child: another node, a leaf, or a range of triangles that no query has reached yet.
+class ChildRef {
   public:
-    struct Item {
-        Triangle triangle;
-        std::uint32_t id;
-    };
+    static ChildRef OfNode(std::uint32_t index) { return ChildRef(index); }
+    static ChildRef OfLeaf(std::uint32_t index) { return ChildRef(index | kLeafBit); }
+    static ChildRef Pending() { return ChildRef(kPending); }
 
-    explicit MeshTree(const Opcode::MeshInterface& mesh);
-
-    const std::vector<Item>& Items() const { return items_; }
+    ChildRef() = default;
+    bool IsPending() const { return value_ == kPending; }
+    bool IsLeaf() const { return (value_ & kLeafBit) != 0; }
+    std::uint32_t Index() const { return value_ & ~kLeafBit; }
 
   private:
-    std::vector<Item> items_;
+    static constexpr std::uint32_t kLeafBit = 0x80000000U;
+    static constexpr std::uint32_t kPending = 0xFFFFFFFFU;
+
+    explicit ChildRef(std::uint32_t value) : value_(value) {}
+
+    std::uint32_t value_;
+};
+
+/// Consecutive places of the tree's triangle order.
+struct TriangleRange {
+    std::uint32_t begin;
+    std::uint32_t count;
+};
+
+struct alignas(32) Node {
+    Boxes boxes;
+    float low[4];
+    float high[4];
+    std::array<ChildRef, kWidth> child;
+    std::array<TriangleRange, kWidth> range;
+    std::uint32_t count;
+};
+
+/// Elements that never move, in blocks of one size.
+template <class T>
+class BlockArray {
+  public:
+    /// `expected` sizes the blocks: small meshes must not pay for large ones.
+    void Reserve(std::size_t expected) {
+        shift_ = 0;
+        while ((std::size_t{1} << shift_) < expected && shift_ < kLargestShift)
+            ++shift_;
+    }
+    std::uint32_t Add() {
+        if (size_ == blocks_.size() << shift_)
+            blocks_.emplace_back(new T[std::size_t{1} << shift_]);
+        return static_cast<std::uint32_t>(size_++);
+    }
+    T& operator[](std::uint32_t i) { return blocks_[i >> shift_][i & ((1U << shift_) - 1)]; }
+
+  private:
+    static constexpr unsigned kLargestShift = 6;
+
+    std::vector<std::unique_ptr<T[]>> blocks_;
+    std::size_t size_ = 0;
+    unsigned shift_ = 0;
+};
+
+/// What a model keeps beside its mesh.
+///
+/// Built by the queries as they go: the bounds when two bounding boxes meet for the first time,
+/// then node by node where the other mesh is near. What is built depends on the mesh alone, so
+/// the order of a query's results does not depend on the queries before it.
+class MeshTree {
+  public:
+    explicit MeshTree(const Opcode::MeshInterface& mesh);
+
+    const Opcode::MeshInterface& Mesh() const { return *mesh_; }
+    const Box& BoundingBox() const { return box_; }
+    /// The largest magnitude of a finite coordinate.
+    float Reach() const { return reach_; }
+    const MeshBounds& Bounds();
+
+    /// The triangles that can touch anything, in the order of the tree so far. Taken from the mesh
+    /// by the first call.
+    std::vector<std::uint32_t>& Order();
+
+    ChildRef root = ChildRef::Pending();
+    BlockArray<Node> nodes;
+    BlockArray<Leaf> leaves;
+
+  private:
+    const Opcode::MeshInterface* mesh_;
+    Box box_;
+    float reach_;
+    std::optional<MeshBounds> bounds_;
+    std::vector<std::uint32_t> order_;
+    bool ordered_ = false;
 };
 
 }  // namespace kycb::opcode

@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+// Our mesh collider as a participant of the comparison with other libraries.
+#include <cstring>
+
+#include "KYCollisionBase/opcode/AABBTreeCollider.h"
+#include "KYCollisionBase/opcode/MeshInterface.h"
+#include "KYCollisionBase/opcode/Model.h"
+#include "common.h"
+
+namespace {
+
+static_assert(sizeof(IceMaths::Point) == 3 * sizeof(float));
+static_assert(sizeof(IceMaths::IndexedTriangle) == 3 * sizeof(std::uint32_t));
+
+/// A host's mesh: the collider borrows the arrays of the benchmark.
+struct OwnMesh {
+    Opcode::MeshInterface mesh;
+    Opcode::Model model;
+};
+
+void AddToBox(const IceMaths::Point& point, void* box) {
+    static_cast<bench::BBoxD*>(box)->add(static_cast<double>(point.x),
+                                         static_cast<double>(point.y),
+                                         static_cast<double>(point.z));
+}
+
+class OwnPeer : public bench::NarrowPeer {
+  public:
+    OwnPeer() { name = "own"; }
+
+    void* build(const bench::Mesh& source) override {
+        auto* own = new OwnMesh;
+        own->mesh.SetPointers(
+            reinterpret_cast<const IceMaths::IndexedTriangle*>(source.t.data()),
+            reinterpret_cast<const IceMaths::Point*>(source.v.data()));
+        own->mesh.SetNbTriangles(static_cast<std::uint32_t>(source.tris()));
+        own->mesh.SetNbVertices(static_cast<std::uint32_t>(source.verts()));
+        Opcode::OPCODECREATE create;
+        create.mIMesh = &own->mesh;
+        if (!own->model.Build(create)) std::abort();
+        return own;
+    }
+
+    void destroy(void* own) override { delete static_cast<OwnMesh*>(own); }
+
+    void query(void* a, void* b, bench::NarrowResult& out) override {
+        Opcode::BVTCache cache;
+        cache.Model0 = &static_cast<OwnMesh*>(a)->model;
+        cache.Model1 = &static_cast<OwnMesh*>(b)->model;
+        out.has_box = true;
+        collider_.SetContactCallback(&AddToBox, &out.box);
+        if (!collider_.Collide(cache)) std::abort();
+        const Opcode::Pair* pairs = collider_.GetPairs();
+        for (std::uint32_t i = 0; i < collider_.GetNbPairs(); ++i)
+            out.add(pairs[i].id0, pairs[i].id1);
+    }
+
+  private:
+    Opcode::AABBTreeCollider collider_;
+};
+
+const bench::RegisterNarrow<OwnPeer> registered;
+
+}  // namespace

@@ -1,0 +1,316 @@
+// SPDX-License-Identifier: Apache-2.0
+// The descent of two trees, compiled once for each instruction set.
+// Sets that bring nothing over their neighbours would only cost size.
+#define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_AVX3_DL)
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "opcode/CollideMeshes.cpp"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+#include "opcode/Grow-inl.h"
+#include "opcode/Lanes-inl.h"
+#include "opcode/PairBatch-inl.h"
+#include "opcode/Query.h"
+#include "opcode/TriangleContact.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace kycb::opcode::HWY_NAMESPACE {
+
+/// The boxes that a box meets, one bit each.
+HWY_INLINE unsigned Meeting(const Boxes& boxes, const float* low, const float* high) {
+    const auto x = (Load<8>(boxes.low[0]) <= Broadcast<8>(high[0])) &
+                   (Broadcast<8>(low[0]) <= Load<8>(boxes.high[0]));
+    const auto y = (Load<8>(boxes.low[1]) <= Broadcast<8>(high[1])) &
+                   (Broadcast<8>(low[1]) <= Load<8>(boxes.high[1]));
+    const auto z = (Load<8>(boxes.low[2]) <= Broadcast<8>(high[2])) &
+                   (Broadcast<8>(low[2]) <= Load<8>(boxes.high[2]));
+    return Bits(x & y & z);
+}
+
+/// The same for a box inside a set of boxes.
+HWY_INLINE unsigned Meeting(const Boxes& boxes, const Boxes& others, unsigned place) {
+    const float low[3] = {others.low[0][place], others.low[1][place], others.low[2][place]};
+    const float high[3] = {others.high[0][place], others.high[1][place], others.high[2][place]};
+    return Meeting(boxes, low, high);
+}
+
+/// The triangles of `leaf` that the plane of another leaf's triangle does not keep wholly on one
+/// side, as far as single precision can tell.
+HWY_INLINE unsigned CutByPlaneOf(const Leaf& other, unsigned place, const Leaf& leaf, float reach) {
+    const F8x3 n = {Broadcast<8>(other.normal[0][place]), Broadcast<8>(other.normal[1][place]),
+                    Broadcast<8>(other.normal[2][place])};
+    const F8 offset = Broadcast<8>(other.offset[place]);
+    F8 side[3];
+    for (std::size_t k = 0; k < 3; ++k)
+        side[k] = Dot(n, F8x3{Load<8>(leaf.vertex[k][0]), Load<8>(leaf.vertex[k][1]),
+                              Load<8>(leaf.vertex[k][2])});
+    const float slack = other.slack[place] * reach;
+    return Bits((LeastOf(side) <= offset + Broadcast<8>(slack)) &
+                (MostOf(side) >= offset - Broadcast<8>(slack)));
+}
+
+/// The triangles of `leaf` whose planes do not keep another leaf's triangle wholly on one side.
+HWY_INLINE unsigned PlanesCutting(const Leaf& other, unsigned place, const Leaf& leaf,
+                                  float reach) {
+    const F8x3 n = {Load<8>(leaf.normal[0]), Load<8>(leaf.normal[1]), Load<8>(leaf.normal[2])};
+    const F8 offset = Load<8>(leaf.offset);
+    const F8 slack = Load<8>(leaf.slack) * Broadcast<8>(reach);
+    F8 side[3];
+    for (std::size_t k = 0; k < 3; ++k)
+        side[k] = Dot(n, F8x3{Broadcast<8>(other.corner[place][k][0]),
+                              Broadcast<8>(other.corner[place][k][1]),
+                              Broadcast<8>(other.corner[place][k][2])});
+    return Bits((LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack));
+}
+
+HWY_INLINE Point PointOf(const float* corner) {
+    return {corner[0], corner[1], corner[2]};
+}
+
+HWY_INLINE Triangle TriangleOf(const float* corners) {
+    return {{PointOf(corners), PointOf(corners + 4), PointOf(corners + 8)}};
+}
+
+struct NodePair {
+    ChildRef a;
+    ChildRef b;
+};
+
+/// Reused by all queries of a thread.
+inline std::vector<NodePair>& DescentStack() {
+    thread_local std::vector<NodePair> stack;
+    return stack;
+}
+
+class Descent {
+  public:
+    Descent(MeshTree& a, MeshTree& b, const Query& query)
+        : a_(a), b_(b), query_(query), reach_(std::max(a.Reach(), b.Reach())) {}
+
+    void Run() {
+        std::vector<NodePair>& stack = DescentStack();
+        stack.clear();
+        stack.push_back({RootOf(a_), RootOf(b_)});
+        while (!stack.empty() && !full_) {
+            const NodePair pair = stack.back();
+            stack.pop_back();
+            if (!CanBePassedOver(BoxOf(a_, pair.a), BoxOf(b_, pair.b))) Visit(pair, stack);
+        }
+        if (!full_) Decide();
+        if (!full_) DecideTouching();
+    }
+
+  private:
+    // The largest coordinate for which no product of three differences overflows, with room to
+    // spare for the sums of such products.
+    static constexpr float kLargestForSingle = 1e12F;
+
+    void Visit(const NodePair& pair, std::vector<NodePair>& stack) {
+        if (pair.a.IsLeaf() && pair.b.IsLeaf()) {
+            VisitLeaves(a_.leaves[pair.a.Index()], b_.leaves[pair.b.Index()]);
+        } else if (pair.a.IsLeaf()) {
+            const Leaf& x = a_.leaves[pair.a.Index()];
+            Node& y = b_.nodes[pair.b.Index()];
+            for (unsigned m = Meeting(y.boxes, x.low, x.high); m != 0; m &= m - 1)
+                stack.push_back({pair.a, ChildOf(b_, y, FirstBit(m))});
+        } else if (pair.b.IsLeaf()) {
+            Node& x = a_.nodes[pair.a.Index()];
+            const Leaf& y = b_.leaves[pair.b.Index()];
+            for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1)
+                stack.push_back({ChildOf(a_, x, FirstBit(m)), pair.b});
+        } else {
+            VisitNodes(a_.nodes[pair.a.Index()], b_.nodes[pair.b.Index()], stack);
+        }
+    }
+
+    /// The low and high ends of what a child holds.
+    struct Ends3 {
+        const float* low;
+        const float* high;
+    };
+
+    static HWY_INLINE Ends3 BoxOf(MeshTree& tree, ChildRef child) {
+        if (child.IsLeaf())
+            return {tree.leaves[child.Index()].low, tree.leaves[child.Index()].high};
+        return {tree.nodes[child.Index()].low, tree.nodes[child.Index()].high};
+    }
+
+    /// Whether all contact between two boxes would lie in the region found so far, and only that
+    /// is asked for.
+    HWY_INLINE bool CanBePassedOver(const Ends3& x, const Ends3& y) const {
+        if (query_.scope != Opcode::ContactScope::kRegion || query_.pairs->empty()) return false;
+        bool inside = true;
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            inside &= std::max(x.low[axis], y.low[axis]) >= regionLow_[axis] &&
+                      std::min(x.high[axis], y.high[axis]) <= regionHigh_[axis];
+        return inside;
+    }
+
+    void VisitNodes(Node& x, Node& y, std::vector<NodePair>& stack) {
+        const unsigned columns = Meeting(y.boxes, x.low, x.high);
+        for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1) {
+            const unsigned i = FirstBit(m);
+            unsigned k = columns & Meeting(y.boxes, x.boxes, i);
+            if (k == 0) continue;
+            const ChildRef child = ChildOf(a_, x, i);
+            for (; k != 0; k &= k - 1)
+                stack.push_back({child, ChildOf(b_, y, FirstBit(k))});
+        }
+    }
+
+    void VisitLeaves(const Leaf& x, const Leaf& y) {
+        const unsigned rows = Meeting(x.boxes, y.low, y.high);
+        const unsigned columns = Meeting(y.boxes, x.low, x.high);
+        if (rows == 0 || columns == 0) return;
+        if (hwy::PopCount(rows) <= hwy::PopCount(columns))
+            Sweep<Side::kA>(x, rows, y, columns);
+        else
+            Sweep<Side::kB>(y, columns, x, rows);
+    }
+
+    enum class Side { kA, kB };
+
+    /// One triangle of `x` after the other against all of `y`.
+    template <Side kSideOfX>
+    HWY_INLINE void Sweep(const Leaf& x, unsigned rows, const Leaf& y, unsigned columns) {
+        for (; rows != 0 && !full_; rows &= rows - 1) {
+            const unsigned i = FirstBit(rows);
+            unsigned m = columns & Meeting(y.boxes, x.boxes, i);
+            if (m != 0 && reach_ <= kLargestForSingle) {
+                m &= CutByPlaneOf(x, i, y, reach_);
+                if (m != 0) m &= PlanesCutting(x, i, y, reach_);
+            }
+            for (; m != 0; m &= m - 1) {
+                const unsigned k = FirstBit(m);
+                if (kSideOfX == Side::kA)
+                    candidates_.Add(x.corner[i][0], x.id[i], y.corner[k][0], y.id[k]);
+                else
+                    candidates_.Add(y.corner[k][0], y.id[k], x.corner[i][0], x.id[i]);
+                if (candidates_.count == kWidth) Decide();
+                if (full_) return;
+            }
+        }
+    }
+
+    bool WantsEnds() const {
+        return query_.callback != nullptr || query_.scope == Opcode::ContactScope::kRegion;
+    }
+
+    void Decide() {
+        if (candidates_.count == 0) return;
+        candidates_.Pad();
+        Verdict verdict = {0, 0, (1U << candidates_.count) - 1};
+        if (reach_ <= kLargestForSingle)
+            verdict = WantsEnds() ? TestInSingle<Ends::kWanted>(candidates_, ends_)
+                                  : TestInSingle<Ends::kNotWanted>(candidates_, ends_);
+        for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1) {
+            const unsigned i = FirstBit(m);
+            EmitSegment(candidates_, i, false);
+        }
+        for (unsigned m = verdict.doubt; m != 0 && !full_; m &= m - 1) {
+            const unsigned i = FirstBit(m);
+            touching_.Add(candidates_.a[i], candidates_.idA[i], candidates_.b[i],
+                          candidates_.idB[i]);
+            if (touching_.count == kWidth) DecideTouching();
+        }
+        candidates_.count = 0;
+    }
+
+    void DecideTouching() {
+        if (touching_.count == 0) return;
+        touching_.Pad();
+        const Verdict verdict = TestInDouble(touching_, ends_);
+        for (unsigned m = verdict.hit | verdict.doubt; m != 0 && !full_; m &= m - 1) {
+            const unsigned i = FirstBit(m);
+            if ((verdict.hit >> i & 1U) != 0)
+                EmitSegment(touching_, i, (verdict.single >> i & 1U) != 0);
+            else
+                DecideExactly(i);
+        }
+        touching_.count = 0;
+    }
+
+    void DecideExactly(unsigned i) {
+        ContactPoints points;
+        if (!FindContact(TriangleOf(touching_.a[i]), TriangleOf(touching_.b[i]), points)) return;
+        EmitPair(touching_.idA[i], touching_.idB[i]);
+        for (std::size_t k = 0; k < points.count; ++k)
+            EmitPoint(points.p[k]);
+    }
+
+    HWY_INLINE void EmitSegment(const PairQueue& queue, unsigned i, bool single) {
+        EmitPair(queue.idA[i], queue.idB[i]);
+        if (!WantsEnds()) return;
+        const auto& at = ends_.at;
+        const Point start(at[0][0][i], at[0][1][i], at[0][2][i]);
+        const Point end(at[1][0][i], at[1][1][i], at[1][2][i]);
+        EmitPoint(start);
+        if (!single && (start.x != end.x || start.y != end.y || start.z != end.z)) EmitPoint(end);
+    }
+
+    HWY_INLINE void EmitPair(std::uint32_t idA, std::uint32_t idB) {
+        query_.pairs->push_back({idA, idB});
+        full_ = query_.pairs->size() >= query_.maxPairs;
+    }
+
+    HWY_INLINE void EmitPoint(const Point& point) {
+        if (query_.callback != nullptr) query_.callback(point, query_.userData);
+        if (query_.scope != Opcode::ContactScope::kRegion) return;
+        const float at[3] = {point.x, point.y, point.z};
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            regionLow_[axis] = std::min(regionLow_[axis], at[axis]);
+            regionHigh_[axis] = std::max(regionHigh_[axis], at[axis]);
+        }
+    }
+
+    static HWY_INLINE unsigned FirstBit(unsigned bits) {
+        return static_cast<unsigned>(hwy::Num0BitsBelowLS1Bit_Nonzero32(bits));
+    }
+
+    MeshTree& a_;
+    MeshTree& b_;
+    const Query& query_;
+    const float reach_;
+    bool full_ = false;
+    float regionLow_[3] = {HUGE_VALF, HUGE_VALF, HUGE_VALF};
+    float regionHigh_[3] = {-HUGE_VALF, -HUGE_VALF, -HUGE_VALF};
+    PairQueue candidates_;
+    PairQueue touching_;
+    SegmentEnds ends_;
+};
+
+void Descend(MeshTree& a, MeshTree& b, const Query& query) {
+    Descent(a, b, query).Run();
+}
+
+std::int64_t ThisTarget() {
+    return HWY_TARGET;
+}
+
+}  // namespace kycb::opcode::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kycb::opcode {
+
+HWY_EXPORT(Descend);
+HWY_EXPORT(ThisTarget);
+
+std::int64_t QueryTarget() {
+    return HWY_DYNAMIC_DISPATCH(ThisTarget)();
+}
+
+void CollideMeshes(MeshTree& a, MeshTree& b, const Query& query) {
+    if (query.maxPairs == 0 || !a.BoundingBox().Meets(b.BoundingBox())) return;
+    if (a.Bounds().IsApartFrom(b.Bounds())) return;
+    if (a.Order().empty() || b.Order().empty()) return;
+    HWY_DYNAMIC_DISPATCH(Descend)(a, b, query);
+}
+
+}  // namespace kycb::opcode
+#endif

@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: Apache-2.0
+// Whole queries against the test of every triangle with every other, on each instruction set that
+// the machine has.
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <set>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <hwy/targets.h>
+
+#include "opcode/HardTriangles.h"
+#include "opcode/Query.h"
+#include "opcode/TestMesh.h"
+#include "opcode/TriangleContact.h"
+
+namespace kycb::opcode::test {
+namespace {
+
+Triangle TriangleOf(const MeshData& mesh, std::size_t i) {
+    const auto& refs = mesh.triangles[i].mVRef;
+    return {{mesh.vertices[refs[0]], mesh.vertices[refs[1]], mesh.vertices[refs[2]]}};
+}
+
+PairList BruteForce(const MeshData& a, const MeshData& b) {
+    PairList pairs;
+    for (std::uint32_t i = 0; i < a.triangles.size(); ++i) {
+        for (std::uint32_t j = 0; j < b.triangles.size(); ++j) {
+            const Triangle s = TriangleOf(a, i);
+            const Triangle t = TriangleOf(b, j);
+            ContactPoints points;
+            if (IsFinite(s) && IsFinite(t) && FindContact(s, t, points)) pairs.emplace_back(i, j);
+        }
+    }
+    return pairs;
+}
+
+PairList Sorted(PairList pairs) {
+    std::sort(pairs.begin(), pairs.end());
+    return pairs;
+}
+
+PairList Swapped(PairList pairs) {
+    for (auto& [a, b] : pairs)
+        std::swap(a, b);
+    return Sorted(pairs);
+}
+
+/// Small random triangles anywhere in a cube of side 2.
+MeshData Soup(Random& random, int count, double size) {
+    MeshData mesh;
+    for (int i = 0; i < count; ++i) {
+        const double c[3] = {random.In(-1, 1), random.In(-1, 1), random.In(-1, 1)};
+        const auto point = [&] {
+            return Point(static_cast<float>(c[0] + random.In(-size, size)),
+                         static_cast<float>(c[1] + random.In(-size, size)),
+                         static_cast<float>(c[2] + random.In(-size, size)));
+        };
+        mesh.AddTriangle(point(), point(), point());
+    }
+    return mesh;
+}
+
+/// Boxes on a coarse grid, so that faces, edges and corners coincide.
+MeshData GridBoxes(Random& random, int count) {
+    MeshData mesh;
+    for (int i = 0; i < count; ++i) {
+        const auto place = [&] { return static_cast<float>(random.Below(6)); };
+        const Point low(place(), place(), place());
+        const MeshData box =
+            MakeBox(low, {low.x + 1 + static_cast<float>(random.Below(3)), low.y + 1, low.z + 1});
+        for (std::size_t t = 0; t < box.triangles.size(); ++t) {
+            const Triangle triangle = TriangleOf(box, t);
+            mesh.AddTriangle(triangle.v[0], triangle.v[1], triangle.v[2]);
+        }
+    }
+    return mesh;
+}
+
+/// A sphere, the surface of most fittings as far as a hierarchy is concerned.
+MeshData Sphere(const Point& centre, float radius, int rings) {
+    MeshData mesh;
+    const auto at = [&](int ring, int place) {
+        const double v = M_PI * ring / rings;
+        const double u = 2 * M_PI * place / (2 * rings);
+        return Point(centre.x + radius * static_cast<float>(std::sin(v) * std::cos(u)),
+                     centre.y + radius * static_cast<float>(std::sin(v) * std::sin(u)),
+                     centre.z + radius * static_cast<float>(std::cos(v)));
+    };
+    for (int ring = 0; ring < rings; ++ring) {
+        for (int place = 0; place < 2 * rings; ++place) {
+            mesh.AddTriangle(at(ring, place), at(ring + 1, place), at(ring + 1, place + 1));
+            mesh.AddTriangle(at(ring, place), at(ring + 1, place + 1), at(ring, place + 1));
+        }
+    }
+    return mesh;
+}
+
+MeshData HardSoup(Random& random, const HardFamily& family, bool first) {
+    MeshData mesh;
+    for (int i = 0; i < 40; ++i) {
+        const TrianglePair pair = family.make(random);
+        const Triangle& t = first ? pair.a : pair.b;
+        mesh.AddTriangle(t.v[0], t.v[1], t.v[2]);
+    }
+    return mesh;
+}
+
+struct MeshPair {
+    std::string name;
+    MeshData a;
+    MeshData b;
+};
+
+std::vector<MeshPair> AllMeshPairs() {
+    std::vector<MeshPair> pairs;
+    Random random(99);
+    for (const int count : {1, 2, 7, 8, 9, 63, 65, 200, 700})
+        pairs.push_back({"soup " + std::to_string(count), Soup(random, count, 0.3),
+                         Soup(random, 1 + random.Below(300), 0.4)});
+    for (int i = 0; i < 4; ++i)
+        pairs.push_back({"grid boxes", GridBoxes(random, 6), GridBoxes(random, 9)});
+    pairs.push_back({"spheres", Sphere({0, 0, 0}, 1, 14), Sphere({1.9F, 0.1F, 0}, 1, 11)});
+    pairs.push_back({"nested spheres", Sphere({0, 0, 0}, 1, 14), Sphere({0, 0, 0}, 0.9F, 14)});
+    pairs.push_back({"equal spheres", Sphere({0, 0, 0}, 1, 7), Sphere({0, 0, 0}, 1, 7)});
+    for (const HardFamily& family : HardFamilies())
+        pairs.push_back(
+            {family.name, HardSoup(random, family, true), HardSoup(random, family, false)});
+    return pairs;
+}
+
+/// Runs every query on one instruction set; all of them again when it goes out of scope.
+class OnlyTarget {
+  public:
+    explicit OnlyTarget(std::int64_t target) {
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    }
+    ~OnlyTarget() {
+        hwy::SetSupportedTargetsForTest(0);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+    }
+    OnlyTarget(const OnlyTarget&) = delete;
+    OnlyTarget& operator=(const OnlyTarget&) = delete;
+};
+
+/// The instruction sets to be forced, one bit each; the plain one always.
+std::vector<std::int64_t> Targets() {
+    std::vector<std::int64_t> targets = {HWY_STATIC_TARGET};
+    for (std::int64_t rest = hwy::SupportedTargets(); rest != 0; rest &= rest - 1) {
+        if (const std::int64_t target = rest & -rest; target != HWY_STATIC_TARGET) {
+            const OnlyTarget only(target);
+            // Some of the machine's have no code of their own.
+            if (QueryTarget() == target) targets.push_back(target);
+        }
+    }
+    return targets;
+}
+
+bool SameBits(const std::vector<Point>& a, const std::vector<Point>& b) {
+    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(Point)) == 0;
+}
+
+TEST(MeshQuery, RunsOnTheInstructionSetThatIsForced) {
+    for (const std::int64_t target : Targets()) {
+        const OnlyTarget only(target);
+        EXPECT_EQ(QueryTarget(), target);
+    }
+    EXPECT_GT(Targets().size(), 1U);
+}
+
+TEST(MeshQuery, FindsThePairsOfBruteForceOnEveryInstructionSet) {
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const PairList expected = BruteForce(pair.a, pair.b);
+        QueryResult first;
+        for (const std::int64_t target : Targets()) {
+            const OnlyTarget only(target);
+            const BuiltMesh a(pair.a);
+            const BuiltMesh b(pair.b);
+            const QueryResult result = Query(a, b);
+            ASSERT_EQ(Sorted(result.pairs), expected) << pair.name << " on " << target;
+            ASSERT_EQ(Swapped(Query(b, a).pairs), expected) << pair.name << " on " << target;
+            if (first.pairs.empty()) first = result;
+            EXPECT_EQ(result.pairs, first.pairs) << pair.name << " on " << target;
+            EXPECT_TRUE(SameBits(result.points, first.points)) << pair.name << " on " << target;
+        }
+    }
+}
+
+TEST(MeshQuery, CoversHitsAndMisses) {
+    std::size_t hits = 0;
+    std::size_t tests = 0;
+    for (const MeshPair& pair : AllMeshPairs()) {
+        hits += BruteForce(pair.a, pair.b).size();
+        tests += pair.a.triangles.size() * pair.b.triangles.size();
+    }
+    EXPECT_GT(hits, 5000U);
+    EXPECT_GT(tests - hits, 100000U);
+}
+
+TEST(MeshQuery, AnswersTheSameTheSecondTime) {
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const BuiltMesh a(pair.a);
+        const BuiltMesh b(pair.b);
+        const QueryResult first = Query(a, b);
+        const QueryResult second = Query(a, b);
+        EXPECT_EQ(first.pairs, second.pairs) << pair.name;
+        EXPECT_TRUE(SameBits(first.points, second.points)) << pair.name;
+    }
+}
+
+TEST(MeshQuery, DoesNotDependOnWhatAModelMetBefore) {
+    Random random(3);
+    const MeshData mesh = Sphere({0, 0, 0}, 1, 20);
+    const BuiltMesh other(Sphere({1.9F, 0, 0}, 1, 20));
+    const BuiltMesh fresh(mesh);
+    const BuiltMesh used(mesh);
+    for (int i = 0; i < 5; ++i) {
+        const BuiltMesh before(Soup(random, 20, 0.2));
+        Query(used, before);
+    }
+    EXPECT_EQ(Query(used, other).pairs, Query(fresh, other).pairs);
+}
+
+TEST(MeshQuery, CollidesAModelWithItself) {
+    const MeshData mesh = Sphere({0, 0, 0}, 1, 6);
+    const BuiltMesh model(mesh);
+    EXPECT_EQ(Sorted(Query(model, model).pairs), BruteForce(mesh, mesh));
+}
+
+TEST(MeshQuery, DoesNotDependOnTheOrderOfTrianglesAndVertices) {
+    Random random(8);
+    const MeshData a = Soup(random, 150, 0.4);
+    const MeshData b = GridBoxes(random, 3);
+    MeshData shuffled;
+    std::vector<std::uint32_t> number;
+    for (std::uint32_t i = 0; i < a.triangles.size(); ++i)
+        number.push_back(i);
+    for (std::size_t i = number.size(); i > 1; --i)
+        std::swap(number[i - 1],
+                  number[static_cast<std::size_t>(random.Below(static_cast<int>(i)))]);
+    for (const std::uint32_t i : number) {
+        const Triangle t = TriangleOf(a, i);
+        shuffled.AddTriangle(t.v[2], t.v[0], t.v[1]);
+    }
+    PairList pairs = Query(BuiltMesh(shuffled), BuiltMesh(b)).pairs;
+    for (auto& pair : pairs)
+        pair.first = number[pair.first];
+    EXPECT_EQ(Sorted(pairs), Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs));
+    EXPECT_FALSE(pairs.empty());
+}
+
+TEST(MeshQuery, LeavesOutTrianglesThatAreNotFinite) {
+    Random random(4);
+    MeshData a = Soup(random, 100, 0.4);
+    const MeshData b = Soup(random, 100, 0.4);
+    const PairList before = BruteForce(a, b);
+    for (std::size_t i = 0; i < a.vertices.size(); i += 7)
+        a.vertices[i].y = i % 2 == 0 ? std::numeric_limits<float>::infinity()
+                                     : std::numeric_limits<float>::quiet_NaN();
+    const PairList expected = BruteForce(a, b);
+    EXPECT_LT(expected.size(), before.size());
+    EXPECT_FALSE(expected.empty());
+    EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected);
+}
+
+TEST(MeshQuery, HandlesManyTrianglesInOnePlace) {
+    MeshData mesh;
+    for (int i = 0; i < 200; ++i)
+        mesh.AddTriangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0});
+    MeshData needle;
+    needle.AddTriangle({0.2F, 0.2F, -1}, {0.2F, 0.2F, 1}, {0.3F, 0.2F, 1});
+    EXPECT_EQ(Query(BuiltMesh(mesh), BuiltMesh(needle)).pairs.size(), 200U);
+}
+
+struct Region {
+    Point low{std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
+              std::numeric_limits<float>::max()};
+    Point high{-low.x, -low.y, -low.z};
+
+    void Include(const Point& p) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+};
+
+Region RegionOf(const std::vector<Point>& points) {
+    Region region;
+    for (const Point& p : points)
+        region.Include(p);
+    return region;
+}
+
+TEST(MeshQuery, GivesTheSameRegionWhenOnlyThatIsAskedFor) {
+    std::size_t all = 0;
+    std::size_t needed = 0;
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const BuiltMesh a(pair.a);
+        const BuiltMesh b(pair.b);
+        Opcode::AABBTreeCollider collider;
+        const QueryResult full = Query(collider, a, b);
+        collider.SetContactScope(Opcode::ContactScope::kRegion);
+        const QueryResult part = Query(collider, a, b);
+        EXPECT_EQ(part.pairs.empty(), full.pairs.empty()) << pair.name;
+        const Region expected = RegionOf(full.points);
+        const Region region = RegionOf(part.points);
+        EXPECT_TRUE(std::memcmp(&expected, &region, sizeof(Region)) == 0 ||
+                    (expected.low.x == region.low.x && expected.low.y == region.low.y &&
+                     expected.low.z == region.low.z && expected.high.x == region.high.x &&
+                     expected.high.y == region.high.y && expected.high.z == region.high.z))
+            << pair.name;
+        all += full.pairs.size();
+        needed += part.pairs.size();
+    }
+    EXPECT_LT(needed, all / 2);
+}
+
+TEST(MeshQuery, FindsTheRegionOfDeepInterpenetrationWithFewPairs) {
+    Random random(6);
+    const BuiltMesh a(Soup(random, 4000, 0.1));
+    const BuiltMesh b(Soup(random, 4000, 0.1));
+    Opcode::AABBTreeCollider collider;
+    const std::size_t all = Query(collider, a, b).pairs.size();
+    collider.SetContactScope(Opcode::ContactScope::kRegion);
+    EXPECT_LT(Query(collider, a, b).pairs.size(), all / 4);
+}
+
+}  // namespace
+}  // namespace kycb::opcode::test
