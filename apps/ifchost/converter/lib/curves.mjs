@@ -7,6 +7,9 @@ import {
 import { number, numbers, ref, refs, text } from './model.mjs';
 import { axisPlacement, direction, point } from './placement.mjs';
 
+// Position of Segments among the attributes of IfcIndexedPolyCurve.
+const SEGMENTS_ARGUMENT = 1;
+
 const TWO_PI = 2 * Math.PI;
 const MAX_DEPTH = 20;
 // Chords for curves that are neither lines nor circles.
@@ -72,11 +75,12 @@ function listPoints(model, id) {
 
 function indexedPolyCurve(model, line) {
   const points = listPoints(model, ref(line.Points));
-  if (!Array.isArray(line.Segments) || line.Segments.length === 0) return polyline(points);
+  const segments = model.typedLists(line.expressID, SEGMENTS_ARGUMENT);
+  if (segments.length === 0) return polyline(points);
   const out = [];
-  for (const segment of line.Segments) {
-    const corners = numbers(segment).map((index) => points[index - 1]).filter(Boolean);
-    const isArc = segment?.name === 'IFCARCINDEX' && corners.length === 3;
+  for (const { typeName, values } of segments) {
+    const corners = values.map((index) => points[index - 1]).filter(Boolean);
+    const isArc = typeName === 'IFCARCINDEX' && corners.length === 3;
     out.push(...(isArc ? [arcThrough(...corners)] : polyline(corners)));
   }
   return out;

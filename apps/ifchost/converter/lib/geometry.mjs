@@ -104,7 +104,8 @@ export class Geometries {
       const p = mesh.positions;
       growBox(result.box, transformPoint(transform, [p[i], p[i + 1], p[i + 2]]));
     }
-    result.volume += mesh.volume * Math.abs(determinant(transform));
+    // With its sign: where a transform mirrors, the reader has turned the triangles over before.
+    result.volume += mesh.volume * determinant(transform);
     result.closed &&= mesh.closed;
     result.instances.push({ geometry, transform });
   }

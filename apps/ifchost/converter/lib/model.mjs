@@ -58,7 +58,7 @@ export function refs(value) {
 }
 
 export class IfcModel {
-  /** Opens `bytes`; `W` is the reader module. */
+  /** Opens `bytes`; `W` is the reader module. Full circles get `circleSegments` chords. */
   static async open(W, bytes, circleSegments) {
     const api = new W.IfcAPI();
     try {
@@ -71,7 +71,9 @@ export class IfcModel {
     try {
       handle = api.OpenModel(new Uint8Array(bytes.buffer, bytes.byteOffset, bytes.byteLength), {
         COORDINATE_TO_ORIGIN: false,
-        CIRCLE_SEGMENTS: circleSegments,
+        // The reader counts points, the first one once more at the end, so it makes one chord
+        // fewer than it is asked for.
+        CIRCLE_SEGMENTS: circleSegments + 1,
       });
     } catch (error) {
       throw new ConvertError(ExitCode.Input, `not an IFC file: ${error.message ?? error}`);
@@ -112,6 +114,23 @@ export class IfcModel {
     } catch {
       return null;
     }
+  }
+
+  /**
+   * Members of a list attribute of typed lists, as { typeName, values }, the type as "IFCARCINDEX".
+   * The lines of named attributes do not tell the types of such members.
+   */
+  typedLists(id, argument) {
+    let list;
+    try {
+      list = this.api.GetRawLineData(this.handle, id).arguments[argument];
+    } catch {
+      return [];
+    }
+    return (Array.isArray(list) ? list : []).map((member) => ({
+      typeName: member?.typecode === this.W.IFCARCINDEX ? 'IFCARCINDEX' : 'IFCLINEINDEX',
+      values: numbers(member),
+    }));
   }
 
   /** Ascending ids of all lines of an IFC class and its subclasses, as "IfcWall". */

@@ -10,6 +10,9 @@ import { readSection } from './section.mjs';
 // A mesh this far from the declared volume is worth a warning: mostly an opening was not cut.
 const VOLUME_TOLERANCE = 0.02;
 
+// A declared volume this many powers of ten off is no matter of openings but of units.
+const ABSURD_DECADES = 2;
+
 // Classes (with their subclasses) by role; the first that applies counts.
 const ROLES = [
   ['port', 'IfcPort'],
@@ -68,6 +71,13 @@ const NO_BODY_REPRESENTATIONS = new Set([
   'Axis', 'FootPrint', 'Box', 'Profile', 'Annotation', 'Reference', 'CoG', 'Clearance', 'Lighting',
   'SurveyPoints',
 ]);
+
+function volumeText(difference, isCut) {
+  const percent = Math.abs(difference * 100).toFixed(1);
+  const side = difference > 0 ? 'larger' : 'smaller';
+  const hint = isCut && difference > 0 ? '; an opening may not have been cut' : '';
+  return `the mesh is ${percent} % ${side} than the declared volume${hint}`;
+}
 
 export class ProductReader {
   constructor(context) {
@@ -207,20 +217,36 @@ export class ProductReader {
     }
   }
 
-  /** Declared and real volumes side by side, for products that nothing was cut from by clipping. */
+  /**
+   * Some programs write volumes in the cube of the length unit whatever the file says, which is
+   * off by powers of a thousand. Such values are taken for what they are.
+   */
+  #correctVolumeUnit(product) {
+    const declared = product.netVolume ?? product.grossVolume;
+    if (declared === undefined || !(product.meshVolume > 0)) return;
+    const correction = this.units.length ** 3 / this.units.volume;
+    const isOff = (volume) => Math.abs(Math.log10(volume / product.meshVolume)) > ABSURD_DECADES;
+    if (!isOff(declared) || isOff(declared * correction)) return;
+    if (product.netVolume !== undefined) product.netVolume *= correction;
+    if (product.grossVolume !== undefined) product.grossVolume *= correction;
+    this.warnings.add('volume-unit', 'the declared volume is in the cube of the length unit',
+      product.expressId);
+  }
+
+  /** Warns where the mesh is not as large as the file says it should be. */
   checkVolumes() {
     const cut = new Set(this.relations.voids.map(([, host]) => host));
     for (const product of this.products) {
       if (product.meshVolume === undefined || !product.closed) continue;
+      this.#correctVolumeUnit(product);
       // The gross volume is that before cutting.
       const gross = cut.has(product.expressId) ? undefined : product.grossVolume;
       const declared = product.netVolume ?? gross;
       if (declared === undefined) continue;
       const difference = (product.meshVolume - declared) / declared;
       if (Math.abs(difference) > VOLUME_TOLERANCE) {
-        const percent = (difference * 100).toFixed(1);
-        this.warnings.add('volume-differs',
-          `mesh volume differs from the declared one by ${percent} %`, product.expressId);
+        this.warnings.add('volume-differs', volumeText(difference, cut.has(product.expressId)),
+          product.expressId);
       }
     }
   }
