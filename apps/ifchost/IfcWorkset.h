@@ -16,9 +16,12 @@
 #include <vector>
 
 #include "Classification.h"
+#include "LocalOrigin.h"
 #include "ScenePackage.h"
 
 namespace ifchost {
+
+struct ProductDecision;
 
 /// One converted file of a work set.
 struct WorksetInput {
@@ -91,20 +94,6 @@ struct WorksetProject {
     std::array<std::size_t, kProductFateCount> fateCounts{};  ///< they add up to the products
 };
 
-/// Where the coordinates that the collision model sees have their zero.
-///
-/// Meshes are single precision, which resolves 0.06 mm up to 1048 m from the origin and halves
-/// with each doubling beyond. Models farther out (georeferenced ones) are moved: the origin is
-/// then the middle of all components of all files, rounded to whole metres. An axis that needs no
-/// moving keeps 0, so elevations normally stay what they are.
-struct LocalOrigin {
-    Point3 origin{};  ///< world coordinates of the local zero, millimetres
-    bool moved = false;
-    double largestCoordinate = 0.0;       ///< largest absolute world coordinate met, millimetres
-    double resolution = 0.0;              ///< coarsest step of any mesh coordinate, millimetres
-    std::size_t impreciseComponents = 0;  ///< components that keep no 0.1 mm all the same
-};
-
 /// How many products of a class no rule matched.
 struct UnmappedClass {
     int projectId = 0;
@@ -155,6 +144,10 @@ class IfcWorkset {
     std::vector<SCollisionFloor> CollisionFloors() const;
 
   private:
+    void AddProject(WorksetInput input, const Classification& classification);
+    void AddComponents(WorksetProject& project, std::vector<ProductDecision> decisions);
+    void ChooseOriginAndWarn();
+
     std::vector<WorksetProject> projects_;
     std::vector<WorksetComponent> components_;
     std::map<int, std::map<std::wstring, std::size_t, std::less<>>> byGuid_;
