@@ -17,9 +17,13 @@ enum EnumModeType : int {
 /// The mode of a rule item with its tolerance. A plain value.
 class KYCB_API KyCollisionMode {
   public:
+    /// Sets both. The tolerance is the leading whole number of the text, 0 without one; it is
+    /// stored whatever the type.
     void InitParams(EnumModeType type, const std::wstring& tolerance);
+
     EnumModeType GetModeType() const { return modeType_; }
     void SetModeType(EnumModeType type) { modeType_ = type; }
+
     /// The tolerance (mm) when the type is eModeTolerance, else 0.
     int GetTolerance() const { return modeType_ == eModeTolerance ? tolerance_ : 0; }
     void SetTolerance(int tolerance) { tolerance_ = tolerance; }

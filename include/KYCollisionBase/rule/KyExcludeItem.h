@@ -14,7 +14,8 @@ struct KYCB_API KyExcludeItem {
     std::wstring dalei;    ///< used at levels 1 and 2
     std::wstring xiaolei;  ///< used at level 2
 
-    /// Equal levels, and equal names down to that level.
+    /// Equal levels, and equal names down to that level; any other level than 0 and 1 compares all
+    /// three names.
     bool operator==(const KyExcludeItem& other) const;
 };
 
