@@ -153,11 +153,19 @@ export class IfcModel {
 
   /** Class name as the schema writes it, as "IfcWallStandardCase". */
   className(line) {
-    if (!line) return '';
-    let name = this.classNames.get(line.type);
+    return line ? this.#nameOfType(line.type) : '';
+  }
+
+  /** Class name of a line by its id, without reading the line: meshes may be huge. */
+  classNameOf(id) {
+    return id ? this.#nameOfType(this.api.GetLineType(this.handle, id)) : '';
+  }
+
+  #nameOfType(type) {
+    let name = this.classNames.get(type);
     if (name === undefined) {
-      name = this.api.GetNameFromTypeCode(line.type) ?? '';
-      this.classNames.set(line.type, name);
+      name = this.api.GetNameFromTypeCode(type) ?? '';
+      this.classNames.set(type, name);
     }
     return name;
   }

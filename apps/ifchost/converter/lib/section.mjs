@@ -86,10 +86,18 @@ export function readProfile(model, id, angleFactor) {
   return null;
 }
 
+const LEADS_TO_SWEPT_SOLID = new Set([
+  'IfcExtrudedAreaSolid', 'IfcExtrudedAreaSolidTapered', 'IfcSweptDiskSolid',
+  'IfcSweptDiskSolidPolygonal', 'IfcBooleanResult', 'IfcBooleanClippingResult', 'IfcCsgSolid',
+  'IfcMappedItem',
+]);
+
 /** Swept solids under a representation item, with the matrix from their frame to the product's. */
 function* sweptSolids(model, id, matrix, depth = 0) {
-  const line = depth > MAX_DEPTH ? null : model.line(id);
-  const className = model.className(line);
+  const className = depth > MAX_DEPTH ? '' : model.classNameOf(id);
+  if (!LEADS_TO_SWEPT_SOLID.has(className)) return;
+  const line = model.line(id);
+  if (!line) return;
   switch (className) {
     case 'IfcExtrudedAreaSolid':
     case 'IfcExtrudedAreaSolidTapered':
@@ -104,8 +112,7 @@ function* sweptSolids(model, id, matrix, depth = 0) {
     case 'IfcCsgSolid':
       yield* sweptSolids(model, ref(line.TreeRootExpression), matrix, depth + 1);
       break;
-    case 'IfcMappedItem': yield* mappedSolids(model, line, matrix, depth + 1); break;
-    default:
+    default: yield* mappedSolids(model, line, matrix, depth + 1);
   }
 }
 

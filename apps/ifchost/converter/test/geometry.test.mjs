@@ -116,6 +116,13 @@ ${box(20, 'IFCWALL', [0, 0, 0], [4, 2, 3], ',$').replace('IFCRECTANGLEPROFILEDEF
   assert.notEqual(byId(20).meshNote, '');
 });
 
+test('a body that refers to a line that is not there is no crash', async () => {
+  const { byId } = await sceneOf(ifcText(`${box(10, 'IFCWALL', [0, 0, 0], [4, 2, 3], ',$')}
+${box(20, 'IFCWALL', [9, 0, 0], [4, 2, 3], ',$')}`).replace("'SweptSolid',(#16)", "'SweptSolid',(#999)"));
+  assert.ok(['empty', 'failed'].includes(byId(10).meshState), byId(10).meshState);
+  assert.equal(byId(20).meshState, 'meshed');
+});
+
 test('spaces, annotations, grids and virtual elements have no mesh', async () => {
   const { byId } = await sceneOf(ifcText(`
 ${box(10, 'IFCVIRTUALELEMENT', [0, 0, 0], [4, 2, 3])}
