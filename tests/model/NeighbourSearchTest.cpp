@@ -1,0 +1,274 @@
+// SPDX-License-Identifier: Apache-2.0
+// Neighbour lists of random floors against a literal transcription of the rules that define them.
+#include "KYCollisionBase/model/AttCategoryModelInfo.h"
+#include "KYCollisionBase/model/FloorModelInfo.h"
+#include "KYCollisionBase/model/ObjectModelInfo.h"
+#include "KYCollisionBase/model/ProjectModelInfo.h"
+#include "KYCollisionBase/model/WorkSetModelInfo.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <random>
+
+#include <gmock/gmock.h>
+
+#include "support/Kinds.h"
+#include "support/SceneBuilder.h"
+
+namespace {
+
+using namespace KYCOLLISION::MODEL;
+using namespace kycb::test;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+using Indices = std::vector<std::size_t>;
+
+struct Rectangle {
+    double minX, minY, maxX, maxY;
+};
+
+Rectangle PlanOf(const BoundingBox3d& box) {
+    return {box.GetMinX(), box.GetMinY(), box.GetMaxX(), box.GetMaxY()};
+}
+
+bool Meet(const Rectangle& a, const Rectangle& b) {
+    return a.minX <= b.maxX && b.minX <= a.maxX && a.minY <= b.maxY && b.minY <= a.maxY;
+}
+
+// A quad tree as its rules say it, one node at a time.
+struct LiteralNode {
+    Rectangle box;
+    std::array<std::unique_ptr<LiteralNode>, 4> children;  // UR, LR, UL, LL
+    std::vector<std::pair<std::size_t, Rectangle>> held;
+
+    void Insert(std::size_t item, const Rectangle& c) {
+        const int quadrant = Choose(c);
+        if (quadrant < 0) {
+            held.emplace_back(item, c);
+            return;
+        }
+        auto& child = children[static_cast<std::size_t>(quadrant)];
+        if (!child) child.reset(new LiteralNode{Quarter(quadrant), {}, {}});
+        child->Insert(item, c);
+    }
+
+    void Query(const Rectangle& q, Indices& found) const {
+        if (!Meet(q, box)) return;
+        for (const auto& [item, c] : held) {
+            if (Meet(c, q)) found.push_back(item);
+        }
+        for (const auto& child : children) {
+            if (child) child->Query(q, found);
+        }
+    }
+
+  private:
+    int Choose(const Rectangle& c) const {
+        const double e = 0.0001;
+        const double mx = (box.minX + box.maxX) / 2;
+        const double my = (box.minY + box.maxY) / 2;
+        if (std::fabs(box.maxX - box.minX) < 500 || std::fabs(box.maxY - box.minY) < 500) return -1;
+        if (c.minX - box.maxX > e || c.minY - box.maxY > e) return -1;
+        if (box.minX - c.maxX > e || box.minY - c.maxY > e) return -1;
+        if (c.minX - mx > e) {
+            if (c.minY - my > e) return 0;
+            if (my - c.maxY > e) return 1;
+            return -1;
+        }
+        if (mx - c.maxX > e) {
+            if (c.minY - my > e) return 2;
+            if (my - c.maxY > e) return 3;
+        }
+        return -1;
+    }
+
+    Rectangle Quarter(int quadrant) const {
+        const double mx = (box.minX + box.maxX) / 2;
+        const double my = (box.minY + box.maxY) / 2;
+        switch (quadrant) {
+            case 0:
+                return {mx, my, box.maxX, box.maxY};
+            case 1:
+                return {mx, box.minY, box.maxX, my};
+            case 2:
+                return {box.minX, my, mx, box.maxY};
+            default:
+                return {box.minX, box.minY, mx, my};
+        }
+    }
+};
+
+bool IsAtHeight(const BoundingBox3d& candidate, const BoundingBox3d& query) {
+    return candidate.GetMinZ() <= query.GetMaxZ() - 1.0 &&
+           query.GetMinZ() + 1.0 <= candidate.GetMaxZ();
+}
+
+// The components of a scene in the order of the model's walk: project, floor, category path, GUID.
+std::vector<const SceneComponent*> InWalkOrder(const SceneBuilder& scene) {
+    std::vector<const SceneComponent*> order;
+    for (const SceneComponent& component : scene.Components()) {
+        order.push_back(&component);
+    }
+    const auto key = [](const SceneComponent* c) {
+        return std::make_tuple(c->projectId, c->floorName, PathOf(c->category), c->guid);
+    };
+    std::stable_sort(order.begin(), order.end(),
+                     [&](const auto* a, const auto* b) { return key(a) < key(b); });
+    return order;
+}
+
+struct LiteralFloor {
+    BoundingBox3d box;
+    std::unique_ptr<LiteralNode> tree;
+};
+
+// Neighbours of every component of `order`, as positions in it.
+std::vector<Indices> LiteralNeighbours(const std::vector<const SceneComponent*>& order) {
+    std::map<std::pair<int, std::wstring>, LiteralFloor> floors;
+    for (const SceneComponent* c : order) {
+        floors[{c->projectId, c->floorName}].box.Add(c->box);
+    }
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        LiteralFloor& floor = floors[{order[i]->projectId, order[i]->floorName}];
+        if (!floor.tree) floor.tree.reset(new LiteralNode{PlanOf(floor.box), {}, {}});
+        floor.tree->Insert(i, PlanOf(order[i]->box));
+    }
+    std::vector<Indices> neighbours(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const SceneComponent& own = *order[i];
+        Indices candidates;
+        for (const auto& [key, floor] : floors) {
+            if (own.box.IsIntersect(floor.box)) floor.tree->Query(PlanOf(own.box), candidates);
+        }
+        for (const std::size_t j : candidates) {
+            const SceneComponent& other = *order[j];
+            const bool same = other.guid == own.guid && other.projectId == own.projectId &&
+                              other.floorName == own.floorName;
+            if (!same && IsAtHeight(other.box, own.box)) neighbours[i].push_back(j);
+        }
+    }
+    return neighbours;
+}
+
+SceneBuilder RandomScene(unsigned seed, int count, double extent) {
+    std::mt19937 random(seed);
+    // Whole hundreds make shared faces, centre lines and equal boxes frequent.
+    std::uniform_int_distribution<int> place(0, static_cast<int>(extent / 100));
+    std::uniform_int_distribution<int> size(1, 15);
+    std::uniform_int_distribution<int> choice(0, 999);
+    const std::array kinds = {kWall, kSlab, kDuct, kDrain, kTray, kBox};
+    const std::array<std::wstring, 3> floors = {L"1F", L"2F", L"B1"};
+    SceneBuilder scene;
+    for (int i = 0; i < count; ++i) {
+        const double x = 100.0 * place(random) + 0.01 * (choice(random) % 3);
+        const double y = 100.0 * place(random);
+        const double z = 100.0 * (choice(random) % 60);
+        const double height = choice(random) % 10 == 0 ? 1.0 : 100.0 * size(random);
+        const auto pick = static_cast<std::size_t>(choice(random));
+        scene.At(1 + choice(random) % 2, floors[pick % floors.size()])
+            .Add(L"g" + std::to_wstring(choice(random)), kinds[pick % kinds.size()],
+                 {x, y, z, x + 100.0 * size(random), y + 100.0 * size(random), z + height});
+    }
+    return scene;
+}
+
+std::vector<ObjectModelInfo*> ObjectsInWalkOrder(const WorkSetModelInfo& model) {
+    std::vector<ObjectModelInfo*> objects;
+    for (const auto& [id, project] : model.GetProjects()) {
+        for (const auto& [name, floor] : project->GetFloors()) {
+            for (const auto& [path, category] : floor->GetCategories()) {
+                for (const auto& [guid, obj] : category->GetObjects()) {
+                    objects.push_back(obj);
+                }
+            }
+        }
+    }
+    return objects;
+}
+
+class RandomFloors : public ::testing::TestWithParam<unsigned> {};
+
+TEST_P(RandomFloors, HaveTheNeighbourListsOfTheLiteralRulesInTheSameOrder) {
+    const SceneBuilder scene = RandomScene(GetParam(), 1500, 20000);
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    const auto order = InWalkOrder(scene);
+    const auto objects = ObjectsInWalkOrder(*model);
+    ASSERT_EQ(objects.size(), order.size());
+    const auto expected = LiteralNeighbours(order);
+    std::size_t hits = 0;
+    std::size_t alone = 0;
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        std::vector<ObjectModelInfo*> neighbours;
+        for (const std::size_t j : expected[i]) {
+            neighbours.push_back(objects[j]);
+        }
+        ASSERT_EQ(objects[i]->GetBoxRelatedObjs(), neighbours) << "component " << i;
+        hits += neighbours.size();
+        alone += neighbours.empty() ? 1 : 0;
+    }
+    EXPECT_GT(hits, objects.size());
+    EXPECT_GT(alone, 0U);
+}
+
+TEST_P(RandomFloors, ListExactlyTheComponentsWhoseBoxesMeet) {
+    const SceneBuilder scene = RandomScene(GetParam() + 1000, 700, 9000);
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    const auto objects = ObjectsInWalkOrder(*model);
+    for (ObjectModelInfo* a : objects) {
+        std::vector<ObjectModelInfo*> expected;
+        for (ObjectModelInfo* b : objects) {
+            const bool same = a->GetObjGuid() == b->GetObjGuid() &&
+                              a->GetProjId() == b->GetProjId() &&
+                              a->GetFloorName() == b->GetFloorName();
+            if (!same && Meet(PlanOf(a->GetBoundingBox()), PlanOf(b->GetBoundingBox())) &&
+                IsAtHeight(b->GetBoundingBox(), a->GetBoundingBox())) {
+                expected.push_back(b);
+            }
+        }
+        std::vector<ObjectModelInfo*> found = a->GetBoxRelatedObjs();
+        std::sort(found.begin(), found.end());
+        std::sort(expected.begin(), expected.end());
+        ASSERT_EQ(found, expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomFloors, ::testing::Values(1U, 2U, 3U, 4U));
+
+TEST(AnalyseBoxRelated, LeavesOutTheComponentItself) {
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(ObjectOf(*model, L"a")->GetBoxRelatedObjs(), IsEmpty());
+}
+
+TEST(AnalyseBoxRelated, LeavesOutTheSameComponentEnteredTwiceOnOneFloorOnly) {
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    scene.Add(L"a", kSlab, {0, 0, 0, 100, 100, 100});
+    scene.At(1, L"2F").Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    scene.At(2, L"1F").Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    const auto& neighbours = FloorOf(*model)->GetObjectModelInfo(L"a")->GetBoxRelatedObjs();
+    ASSERT_EQ(neighbours.size(), 2U);
+    EXPECT_EQ(neighbours[0]->GetFloorName(), L"2F");
+    EXPECT_EQ(neighbours[1]->GetProjId(), 2);
+}
+
+TEST(AnalyseBoxRelated, ReplacesTheEarlierList) {
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    scene.Add(L"b", kWall, {50, 50, 0, 150, 150, 100});
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(GuidsOf(ObjectOf(*model, L"a")->GetBoxRelatedObjs()), ElementsAre(L"b"));
+}
+
+}  // namespace
