@@ -16,7 +16,7 @@ namespace {
 
 /// How far a recomputed corner may be off one of its moved planes: rounding of the input, plus a
 /// share of the offset for facets whose directions are known no better.
-constexpr double kPlaneMissMm = 0.01;
+constexpr double kPlaneMissMm = 0.05;
 constexpr double kPlaneMissShare = 5e-4;
 
 /// Directions in which the planes at a vertex hold it this much less (squared) than in the firmest
