@@ -8,10 +8,26 @@ install(TARGETS KYCollisionBase
 install(DIRECTORY include/KYCollisionBase
         DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
         FILES_MATCHING PATTERN "*.h"
-        PATTERN "ui" EXCLUDE)
+        PATTERN "widgets" EXCLUDE)
 install(EXPORT KYCollisionBaseTargets
         NAMESPACE KYCollisionBase::
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
+
+# The controls are a component of the package: who does not ask for it needs no Qt.
+if(KYCB_BUILD_UI)
+    install(TARGETS KYCollisionUi
+            EXPORT KYCollisionBaseUiTargets
+            LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+            INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+    foreach(folder platform ui)
+        install(DIRECTORY include/KYCollisionBase/${folder}/widgets
+                DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/KYCollisionBase/${folder}
+                FILES_MATCHING PATTERN "*.h")
+    endforeach()
+    install(EXPORT KYCollisionBaseUiTargets
+            NAMESPACE KYCollisionBase::
+            DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
+endif()
 
 configure_package_config_file(
     cmake/KYCollisionBaseConfig.cmake.in

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "KYCollisionBase/platform/widgets/CThreeStateTree.h"
+
+const CRuntimeClass CThreeStateTree::classCThreeStateTree{"CThreeStateTree",
+                                                          &CTreeCtrl::classCTreeCtrl};
+
+// The view, its delegate and accessibility all change a check box through the item's data. The
+// item turns that into a request; the tree alone writes states.
+class CThreeStateTree::Item : public QTreeWidgetItem {
+  public:
+    explicit Item(CThreeStateTree& tree) : tree_(tree) {
+        setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsUserCheckable);
+        Write(Qt::Unchecked);
+    }
+
+    void setData(int column, int role, const QVariant& value) override {
+        if (column == 0 && role == Qt::CheckStateRole) {
+            tree_.RequestCheck(*this, value.toInt() != Qt::Unchecked);
+        } else {
+            QTreeWidgetItem::setData(column, role, value);
+        }
+    }
+
+    void Write(Qt::CheckState state) { QTreeWidgetItem::setData(0, Qt::CheckStateRole, state); }
+
+  private:
+    CThreeStateTree& tree_;
+};
+
+namespace {
+
+Qt::CheckState StateOf(const QTreeWidgetItem& item) {
+    return item.checkState(0);
+}
+
+// What a parent shows for its children; it has at least one.
+Qt::CheckState Summary(const QTreeWidgetItem& parent) {
+    const Qt::CheckState first = StateOf(*parent.child(0));
+    for (int i = 1; i < parent.childCount(); ++i) {
+        if (StateOf(*parent.child(i)) != first) return Qt::PartiallyChecked;
+    }
+    return first;
+}
+
+}  // namespace
+
+CThreeStateTree::CThreeStateTree(QWidget* parent) : CTreeCtrl(parent) {}
+
+QTreeWidgetItem* CThreeStateTree::NewItem() {
+    return new Item(*this);
+}
+
+void CThreeStateTree::OnItemInserted(QTreeWidgetItem* item) {
+    const QTreeWidgetItem* parent = item->parent();
+    if (parent != nullptr && StateOf(*parent) == Qt::Checked) {
+        static_cast<Item*>(item)->Write(Qt::Checked);
+    }
+}
+
+CThreeStateTree::CheckState CThreeStateTree::GetCheckState(HTREEITEM item) const {
+    if (item == nullptr) return CheckState::kUnchecked;
+    switch (StateOf(*ToWidgetItem(item))) {
+        case Qt::Checked:
+            return CheckState::kChecked;
+        case Qt::PartiallyChecked:
+            return CheckState::kPartial;
+        default:
+            return CheckState::kUnchecked;
+    }
+}
+
+bool CThreeStateTree::SetCheck(HTREEITEM item, bool checked) {
+    if (item == nullptr) return false;
+    ApplyCheck(*ToWidgetItem(item), checked);
+    return true;
+}
+
+bool CThreeStateTree::NeedAction(HTREEITEM /*item*/, bool /*checked*/) {
+    return true;
+}
+
+void CThreeStateTree::RequestCheck(Item& item, bool checked) {
+    if (NeedAction(ToHandle(&item), checked)) ApplyCheck(item, checked);
+}
+
+namespace {
+
+template <class Item>
+void WriteDown(QTreeWidgetItem& item, Qt::CheckState state) {
+    static_cast<Item&>(item).Write(state);
+    for (int i = 0; i < item.childCount(); ++i)
+        WriteDown<Item>(*item.child(i), state);
+}
+
+template <class Item>
+void WriteUp(QTreeWidgetItem* parent) {
+    for (; parent != nullptr; parent = parent->parent()) {
+        if (parent->childCount() > 0) static_cast<Item*>(parent)->Write(Summary(*parent));
+    }
+}
+
+}  // namespace
+
+void CThreeStateTree::ApplyCheck(QTreeWidgetItem& item, bool checked) {
+    WriteDown<Item>(item, checked ? Qt::Checked : Qt::Unchecked);
+    WriteUp<Item>(item.parent());
+    emit CheckChanged(ToHandle(&item));
+}
+
+bool CThreeStateTree::DeleteItem(HTREEITEM item) {
+    QTreeWidgetItem* parent = item == nullptr ? nullptr : ToWidgetItem(item)->parent();
+    const bool deleted = CTreeCtrl::DeleteItem(item);
+    WriteUp<Item>(parent);
+    return deleted;
+}
