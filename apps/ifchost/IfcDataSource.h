@@ -19,10 +19,11 @@ namespace ifchost {
 /// The id by which the library hands components back: their index in IfcWorkset::Components().
 using ComponentId = std::uint32_t;
 
-/// What is wrong with a component's body. Reported once per component.
+/// What is wrong with a component's body. Each is reported once per component.
 enum class BodyDefect : std::uint8_t {
-    Open,      ///< the surface has gaps; it is tested as it is, grown and shrunk only roughly
-    NoVolume,  ///< nothing is left after welding; the component cannot clash
+    Open,      ///< the surface has gaps; open parts are neither grown nor shrunk
+    Vanished,  ///< shrunk by the tolerance, nothing is left of it
+    NoVolume,  ///< not one triangle with an area; the component cannot clash
 };
 
 /// One remark about a component's body.
