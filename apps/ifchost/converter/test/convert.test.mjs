@@ -5,7 +5,7 @@ import crypto from 'node:crypto';
 import fs from 'node:fs';
 import os from 'node:os';
 import path from 'node:path';
-import test from 'node:test';
+import test, { after } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 import { guessEncoding } from '../lib/input.mjs';
@@ -14,7 +14,7 @@ import { box, ifcText } from '../test-support/tiny-ifc.mjs';
 
 const SCRIPT = fileURLToPath(new URL('../convert.mjs', import.meta.url));
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'convert-test-'));
-test.after(() => fs.rmSync(folder, { recursive: true }));
+after(() => fs.rmSync(folder, { recursive: true }));
 
 const TEXT = ifcText(box(10, 'IFCWALL', [0, 0, 0], [4, 2, 3], ',$'));
 
