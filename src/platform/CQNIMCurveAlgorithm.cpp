@@ -34,7 +34,7 @@ double Dot(Plan a, Plan b) {
     return a.x * b.x + a.y * b.y;
 }
 double Length(Plan a) {
-    return std::hypot(a.x, a.y);
+    return CQNIMVector(a.x, a.y, 0.0).Length();
 }
 
 // A segment seen from above, as a start, a unit direction and a length.

@@ -17,6 +17,10 @@ constexpr double kSinglePrecisionAngle = 2.5e-7;
 // Beyond this an angle in single precision no longer tells quarter turns apart (quarter turns).
 constexpr double kMaxSnappedTurns = 4.0;
 
+// Between these the squares of all parts that matter are normal numbers (mm^2).
+constexpr double kLeastSafeSquare = 1e-250;
+constexpr double kMostSafeSquare = 1e250;
+
 struct SineCosine {
     double sine;
     double cosine;

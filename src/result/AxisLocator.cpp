@@ -133,13 +133,13 @@ struct Probe {
         const std::optional<double> hit = HitDistance(*axis.axisCurve);
         if (hit && IsNearer(*hit, distance)) {
             distance = *hit;
-            axisName = axis.axisName;
+            nearest = &axis;
         }
     }
 
     CQNIMLineSegment ray;
     double distance = kRayLength;
-    std::wstring axisName;
+    const SQNGIAxisItem* nearest = nullptr;
 
   private:
     std::optional<double> HitDistance(const CQNIMCurve& curve) const {
@@ -156,7 +156,8 @@ struct Probe {
 };
 
 std::wstring Part(const Probe& probe, const wchar_t* sign) {
-    return probe.axisName + sign + text::FromInt(static_cast<int>(probe.distance)) + L"mm)";
+    return probe.nearest->axisName + sign + text::FromInt(static_cast<int>(probe.distance)) +
+           L"mm)";
 }
 
 // What one pair of opposite rays found. `plusSide` is the ray that leads from the plus side of an

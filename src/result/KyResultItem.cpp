@@ -4,11 +4,8 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <string_view>
 #include <utility>
-#include <vector>
-
-#include <boost/algorithm/string/classification.hpp>
-#include <boost/algorithm/string/split.hpp>
 
 #include "platform/Guid.h"
 #include "platform/Text.h"
@@ -180,12 +177,15 @@ std::wstring KyResultItem::GetSysCodeB() const {
 }
 
 std::tuple<double, double, double> KyResultItem::GetClashPoint() const {
-    std::vector<std::wstring> parts;
-    boost::algorithm::split(parts, Position, boost::algorithm::is_any_of(L","));
-    if (parts.size() != 2 && parts.size() != 3) return {0.0, 0.0, 0.0};
-    const double x = ParseDouble(parts[0]);
-    const double y = ParseDouble(parts[1]);
-    return {x, y, parts.size() == 3 ? ParseDouble(parts[2]) : 0.0};
+    const std::wstring_view text = Position;
+    const auto commas = std::count(text.begin(), text.end(), L',');
+    if (commas != 1 && commas != 2) return {0.0, 0.0, 0.0};
+    const std::size_t first = text.find(L',');
+    const std::size_t last = text.rfind(L',');
+    const double x = ParseDouble(text.substr(0, first));
+    const double y =
+        ParseDouble(text.substr(first + 1, commas == 1 ? text.npos : last - first - 1));
+    return {x, y, commas == 2 ? ParseDouble(text.substr(last + 1)) : 0.0};
 }
 
 KyResultItem::CQNIMPosition KyResultItem::GetClashQNIMPoint() const {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "result/XmlAttributeText.h"
 
+#include <array>
 #include <cstddef>
-#include <cstdint>
 
 namespace kycb {
 
@@ -37,20 +37,46 @@ bool IsAllowed(char32_t c) {
            !IsTrailSurrogate(c);
 }
 
-void AppendUtf8(std::string& out, char32_t c) {
-    const auto append = [&out](char32_t byte) { out += static_cast<char>(byte); };
-    const auto appendTail = [&](int shift) { append(0x80 | ((c >> shift) & 0x3F)); };
-    if (c < 0x800) {
-        append(0xC0 | (c >> 6));
-    } else if (c < 0x10000) {
-        append(0xE0 | (c >> 12));
-        appendTail(6);
-    } else {
-        append(0xF0 | (c >> 18));
-        appendTail(12);
-        appendTail(6);
+// UTF-8 gathered in pieces: growing the text by single bytes would cost more than making them.
+class Piece {
+  public:
+    explicit Piece(std::string& out) : out_(out) {}
+    ~Piece() { Flush(); }
+    Piece(const Piece&) = delete;
+    Piece& operator=(const Piece&) = delete;
+
+    /// Makes room for a character or a reference.
+    void Reserve() {
+        if (size_ + kMostAtOnce > bytes_.size()) Flush();
     }
-    appendTail(0);
+    void Add(char32_t byte) { bytes_[size_++] = static_cast<char>(byte); }
+
+  private:
+    static constexpr std::size_t kMostAtOnce = 8;
+
+    void Flush() {
+        out_.append(bytes_.data(), size_);
+        size_ = 0;
+    }
+
+    std::string& out_;
+    std::array<char, 256> bytes_;
+    std::size_t size_ = 0;
+};
+
+void AddUtf8(Piece& piece, char32_t c) {
+    const auto addTail = [&](int shift) { piece.Add(0x80 | ((c >> shift) & 0x3F)); };
+    if (c < 0x800) {
+        piece.Add(0xC0 | (c >> 6));
+    } else if (c < 0x10000) {
+        piece.Add(0xE0 | (c >> 12));
+        addTail(6);
+    } else {
+        piece.Add(0xF0 | (c >> 18));
+        addTail(12);
+        addTail(6);
+    }
+    addTail(0);
 }
 
 // What stands for an ASCII character that cannot stand for itself, or null.
@@ -75,19 +101,28 @@ const char* ReferenceTo(char32_t c) {
     }
 }
 
+void AddAscii(Piece& piece, char32_t c) {
+    if (const char* reference = ReferenceTo(c)) {
+        for (; *reference != '\0'; ++reference)
+            piece.Add(static_cast<char32_t>(*reference));
+    } else if (c < 0x20) {
+        AddUtf8(piece, kReplacement);
+    } else {
+        piece.Add(c);
+    }
+}
+
 }  // namespace
 
 void AppendAttributeText(std::string& out, std::wstring_view text) {
+    Piece piece(out);
     for (std::size_t i = 0; i < text.size();) {
         const char32_t c = Next(text, i);
-        if (c >= 0x80) {
-            AppendUtf8(out, IsAllowed(c) ? c : kReplacement);
-        } else if (const char* reference = ReferenceTo(c)) {
-            out += reference;
-        } else if (c < 0x20) {
-            AppendUtf8(out, kReplacement);
+        piece.Reserve();
+        if (c < 0x80) {
+            AddAscii(piece, c);
         } else {
-            out += static_cast<char>(c);
+            AddUtf8(piece, IsAllowed(c) ? c : kReplacement);
         }
     }
 }

@@ -3,8 +3,6 @@
 
 #include "KYCollisionBase/platform/CQNIMVector.h"
 
-#include <cmath>
-
 namespace QNIM::GeometryPrimitiveResource {
 
 /// A point in world coordinates (mm). The default is the origin.
@@ -18,9 +16,7 @@ class CQNIMPosition {
     double GetZ() const { return z_; }
 
     /// The distance between two points, without overflow in between (mm).
-    double DistToPt(const CQNIMPosition& other) const {
-        return std::hypot(x_ - other.x_, y_ - other.y_, z_ - other.z_);
-    }
+    double DistToPt(const CQNIMPosition& other) const { return (*this - other).Length(); }
 
     friend CQNIMVector operator-(const CQNIMPosition& a, const CQNIMPosition& b) {
         return {a.x_ - b.x_, a.y_ - b.y_, a.z_ - b.z_};
