@@ -55,6 +55,9 @@ constinit const CQNIMVector CQNIMVector::YAxis{0.0, 1.0, 0.0};
 constinit const CQNIMVector CQNIMVector::ZAxis{0.0, 0.0, 1.0};
 
 double CQNIMVector::Length() const {
+    // hypot costs ten times a square root, and only extreme lengths need it.
+    const double square = x_ * x_ + y_ * y_ + z_ * z_;
+    if (square > kLeastSafeSquare && square < kMostSafeSquare) return std::sqrt(square);
     return std::hypot(x_, y_, z_);
 }
 
