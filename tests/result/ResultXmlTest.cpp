@@ -468,11 +468,11 @@ TEST(ResultXml, ChangedBytesGiveAnErrorOrAWellFormedReading) {
     const std::string whole = folder.Read("r.xml");
     std::mt19937 random(5);
     int outcomes[3] = {0, 0, 0};
-    for (int round = 0; round < 2000; ++round) {
+    for (int round = 0; round < 500; ++round) {
         std::string bytes = whole;
-        for (auto n = 1 + random() % 3; n > 0; --n) {
-            bytes[random() % bytes.size()] = static_cast<char>(random() % 256);
-        }
+        // Mostly printable characters, which leave more of the file well-formed.
+        const auto byte = random() % 4 == 0 ? random() % 256 : 0x20 + random() % 0x5F;
+        bytes[random() % bytes.size()] = static_cast<char>(byte);
         const auto read = NewResults();
         try {
             const bool isRead = read->InitByXml(folder.Write("r.xml", bytes));
