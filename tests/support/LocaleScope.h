@@ -1,27 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <clocale>
 #include <cstdlib>
 #include <locale>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 #include "support/TempFolder.h"
 
 namespace kycbtest {
 
-/// Makes a locale the global one of both C and C++ for a test. Where the machine lacks the locale
-/// it is compiled into a folder of its own (with localedef, from Debian's package "locales").
+/// Makes a locale the process's for a test: for C, and for C++ a locale with the same decimal mark
+/// that groups digits. Where the machine lacks the locale it is compiled into a folder of its own
+/// (with localedef, from Debian's package "locales").
 class LocaleScope {
   public:
     /// `language` like "de_DE"; the encoding is UTF-8.
-    explicit LocaleScope(const std::string& language) {
+    explicit LocaleScope(const std::string& language) : before_(std::setlocale(LC_ALL, nullptr)) {
         const std::string name = language + ".UTF-8";
-        if (!Activate(name) && Compile(language, name)) Activate(name);
+        active_ = Activate(name) || (Compile(language, name) && Activate(name));
+        if (!active_) return;
+        const char decimal = *std::localeconv()->decimal_point;
+        const std::locale narrow(std::locale::classic(), new Grouping<char>(decimal));
+        std::locale::global(std::locale(narrow, new Grouping<wchar_t>(decimal)));
     }
     ~LocaleScope() {
-        std::locale::global(before_);
+        std::locale::global(std::locale::classic());
+        std::setlocale(LC_ALL, before_.c_str());
         if (compiled_) ::unsetenv("LOCPATH");
     }
     LocaleScope(const LocaleScope&) = delete;
@@ -31,14 +37,24 @@ class LocaleScope {
     bool IsActive() const { return active_; }
 
   private:
-    bool Activate(const std::string& name) {
-        try {
-            std::locale::global(std::locale(name));
-            active_ = true;
-        } catch (const std::runtime_error&) {
-            active_ = false;
+    template <class Char>
+    class Grouping : public std::numpunct<Char> {
+      public:
+        explicit Grouping(char decimal) : decimal_(static_cast<Char>(decimal)) {}
+
+      protected:
+        Char do_decimal_point() const override { return decimal_; }
+        Char do_thousands_sep() const override {
+            return static_cast<Char>(decimal_ == Char(',') ? '.' : ',');
         }
-        return active_;
+        std::string do_grouping() const override { return "\3"; }
+
+      private:
+        Char decimal_;
+    };
+
+    static bool Activate(const std::string& name) {
+        return std::setlocale(LC_ALL, name.c_str()) != nullptr;
     }
 
     bool Compile(const std::string& language, const std::string& name) {
@@ -50,7 +66,7 @@ class LocaleScope {
         return ::setenv("LOCPATH", folder.c_str(), 1) == 0;
     }
 
-    std::locale before_;
+    std::string before_;
     std::optional<TempFolder> compiled_;
     bool active_ = false;
 };
