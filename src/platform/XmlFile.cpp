@@ -5,6 +5,7 @@
 #include <fstream>
 #include <new>
 #include <optional>
+#include <utility>
 
 #include <unicode/ucnv.h>
 
@@ -182,8 +183,14 @@ Status LoadFile(pugi::xml_document& document, const std::wstring& path, Keep kee
     document.reset();
     std::string bytes;
     if (Status status = ReadBytes(path, bytes); !status.IsOk()) return status;
-    if (Status status = ToUtf8(path, bytes); !status.IsOk()) return status;
-    return Parse(document, path, bytes, keep);
+    return LoadBytes(document, path, std::move(bytes), keep);
+}
+
+Status LoadBytes(pugi::xml_document& document, const std::wstring& name, std::string bytes,
+                 Keep keep) {
+    document.reset();
+    if (Status status = ToUtf8(name, bytes); !status.IsOk()) return status;
+    return Parse(document, name, bytes, keep);
 }
 
 Status LoadText(pugi::xml_document& document, std::wstring_view text, Keep keep) {

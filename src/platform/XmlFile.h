@@ -25,6 +25,10 @@ enum class Keep {
 /// failure the document is empty.
 Status LoadFile(pugi::xml_document& document, const std::wstring& path, Keep keep);
 
+/// The same for the content of a file; `name` stands for the file in the text of a failure.
+Status LoadBytes(pugi::xml_document& document, const std::wstring& name, std::string bytes,
+                 Keep keep);
+
 /// The same for a document given as text; an encoding in its declaration does not count.
 Status LoadText(pugi::xml_document& document, std::wstring_view text, Keep keep);
 
