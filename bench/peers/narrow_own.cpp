@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 // Our mesh collider as a participant of the comparison with other libraries.
-#include <cstring>
-
 #include "KYCollisionBase/opcode/AABBTreeCollider.h"
 #include "KYCollisionBase/opcode/MeshInterface.h"
 #include "KYCollisionBase/opcode/Model.h"
+
+#include <cstring>
+
 #include "common.h"
 
 namespace {
@@ -19,8 +20,7 @@ struct OwnMesh {
 };
 
 void AddToBox(const IceMaths::Point& point, void* box) {
-    static_cast<bench::BBoxD*>(box)->add(static_cast<double>(point.x),
-                                         static_cast<double>(point.y),
+    static_cast<bench::BBoxD*>(box)->add(static_cast<double>(point.x), static_cast<double>(point.y),
                                          static_cast<double>(point.z));
 }
 
@@ -30,9 +30,8 @@ class OwnPeer : public bench::NarrowPeer {
 
     void* build(const bench::Mesh& source) override {
         auto* own = new OwnMesh;
-        own->mesh.SetPointers(
-            reinterpret_cast<const IceMaths::IndexedTriangle*>(source.t.data()),
-            reinterpret_cast<const IceMaths::Point*>(source.v.data()));
+        own->mesh.SetPointers(reinterpret_cast<const IceMaths::IndexedTriangle*>(source.t.data()),
+                              reinterpret_cast<const IceMaths::Point*>(source.v.data()));
         own->mesh.SetNbTriangles(static_cast<std::uint32_t>(source.tris()));
         own->mesh.SetNbVertices(static_cast<std::uint32_t>(source.verts()));
         Opcode::OPCODECREATE create;
