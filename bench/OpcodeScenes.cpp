@@ -159,8 +159,10 @@ Scene BoxesCrossing() {
         const Vector p = Place(random);
         const double depth = random.In(200, 500);
         scene.a.push_back(Box(p, {random.In(3000, 8000), depth, depth}));
-        scene.b.push_back(Box({p[0] + random.In(300, 2000), p[1] - 2000, p[2] + depth / 3},
-                              {random.In(100, 400), 5000, depth}));
+        const double across = random.In(300, 2000);
+        const double width = random.In(100, 400);
+        scene.b.push_back(
+            Box({p[0] + across, p[1] - 2000, p[2] + depth / 3}, {width, 5000, depth}));
     }
     return scene;
 }
@@ -174,8 +176,9 @@ Scene BoxesTouching() {
             c = std::floor(c);
         const double depth = std::floor(random.In(200, 500));
         scene.a.push_back(Box(p, {std::floor(random.In(4000, 8000)), depth, depth}));
-        scene.b.push_back(Box({p[0] + std::floor(random.In(500, 3000)), p[1] - 1000, p[2] + depth},
-                              {std::floor(random.In(100, 400)), 4000, 300}));
+        const double across = std::floor(random.In(500, 3000));
+        const double width = std::floor(random.In(100, 400));
+        scene.b.push_back(Box({p[0] + across, p[1] - 1000, p[2] + depth}, {width, 4000, 300}));
     }
     return scene;
 }
@@ -202,8 +205,9 @@ Scene PipeThroughWall() {
     for (int i = 0; i < kSmallPairs; ++i) {
         const Vector p = Place(random);
         const Vector axis = Unit({random.In(-0.2, 0.2), 1, random.In(-0.1, 0.1)});
-        scene.a.push_back(
-            Pipe(Along(p, axis, -random.In(1000, 4000)), axis, 6000, random.In(30, 200), 32, 1));
+        const double before = random.In(1000, 4000);
+        const double radius = random.In(30, 200);
+        scene.a.push_back(Pipe(Along(p, axis, -before), axis, 6000, radius, 32, 1));
         scene.b.push_back(
             Box({p[0] - random.In(1000, 4000), p[1], p[2] - 1500}, {6000, 200, 3200}));
     }

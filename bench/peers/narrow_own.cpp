@@ -19,14 +19,17 @@ struct OwnMesh {
     Opcode::Model model;
 };
 
-void AddToBox(const IceMaths::Point& point, void* box) {
-    static_cast<bench::BBoxD*>(box)->add(static_cast<double>(point.x), static_cast<double>(point.y),
-                                         static_cast<double>(point.z));
+void AddToBox(const IceMaths::Point& point, bench::BBoxD& box) {
+    box.add(static_cast<double>(point.x), static_cast<double>(point.y),
+            static_cast<double>(point.z));
 }
 
 class OwnPeer : public bench::NarrowPeer {
   public:
-    OwnPeer() { name = "own"; }
+    OwnPeer() {
+        name = "own";
+        collider_.SetContactRegion(Opcode::ContactRegion::kKept);
+    }
 
     void* build(const bench::Mesh& source) override {
         auto* own = new OwnMesh;
@@ -47,8 +50,13 @@ class OwnPeer : public bench::NarrowPeer {
         cache.Model0 = &static_cast<OwnMesh*>(a)->model;
         cache.Model1 = &static_cast<OwnMesh*>(b)->model;
         out.has_box = true;
-        collider_.SetContactCallback(&AddToBox, &out.box);
         if (!collider_.Collide(cache)) std::abort();
+        IceMaths::Point low;
+        IceMaths::Point high;
+        if (collider_.GetContactRegion(low, high)) {
+            AddToBox(low, out.box);
+            AddToBox(high, out.box);
+        }
         const Opcode::Pair* pairs = collider_.GetPairs();
         for (std::uint32_t i = 0; i < collider_.GetNbPairs(); ++i)
             out.add(pairs[i].id0, pairs[i].id1);

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <vector>
 
 #include <hwy/foreach_target.h>
@@ -62,9 +63,9 @@ HWY_INLINE unsigned PlanesCutting(const Leaf& other, unsigned place, const Leaf&
     const F8 slack = Load<8>(leaf.slack) * Broadcast<8>(reach);
     F8 side[3];
     for (std::size_t k = 0; k < 3; ++k)
-        side[k] = Dot(n, F8x3{Broadcast<8>(other.corner[place][k][0]),
-                              Broadcast<8>(other.corner[place][k][1]),
-                              Broadcast<8>(other.corner[place][k][2])});
+        side[k] = Dot(n, F8x3{Broadcast<8>(other.record[place].corner[k][0]),
+                              Broadcast<8>(other.record[place].corner[k][1]),
+                              Broadcast<8>(other.record[place].corner[k][2])});
     return Bits((LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack));
 }
 
@@ -72,8 +73,8 @@ HWY_INLINE Point PointOf(const float* corner) {
     return {corner[0], corner[1], corner[2]};
 }
 
-HWY_INLINE Triangle TriangleOf(const float* corners) {
-    return {{PointOf(corners), PointOf(corners + 4), PointOf(corners + 8)}};
+HWY_INLINE Triangle TriangleOf(const TriangleRecord& record) {
+    return {{PointOf(record.corner[0]), PointOf(record.corner[1]), PointOf(record.corner[2])}};
 }
 
 struct NodePair {
@@ -90,7 +91,13 @@ inline std::vector<NodePair>& DescentStack() {
 class Descent {
   public:
     Descent(MeshTree& a, MeshTree& b, const Query& query)
-        : a_(a), b_(b), query_(query), reach_(std::max(a.Reach(), b.Reach())) {}
+        : a_(a), b_(b), query_(query), reach_(std::max(a.Reach(), b.Reach())) {
+        const F8 largest = Broadcast<8>(std::numeric_limits<float>::max());
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            Store(largest, regionLanes_.low[axis]);
+            Store(-largest, regionLanes_.high[axis]);
+        }
+    }
 
     void Run() {
         std::vector<NodePair>& stack = DescentStack();
@@ -103,6 +110,7 @@ class Descent {
         }
         if (!full_) Decide();
         if (!full_) DecideTouching();
+        if (KeepsRegion()) GatherRegion();
     }
 
   private:
@@ -143,11 +151,12 @@ class Descent {
     /// Whether all contact between two boxes would lie in the region found so far, and only that
     /// is asked for.
     HWY_INLINE bool CanBePassedOver(const Ends3& x, const Ends3& y) const {
-        if (query_.scope != Opcode::ContactScope::kRegion || query_.pairs->empty()) return false;
+        if (query_.regionMode != Opcode::ContactRegion::kOnly || query_.pairs->empty())
+            return false;
         bool inside = true;
         for (std::size_t axis = 0; axis < 3; ++axis)
-            inside &= std::max(x.low[axis], y.low[axis]) >= regionLow_[axis] &&
-                      std::min(x.high[axis], y.high[axis]) <= regionHigh_[axis];
+            inside &= std::max(x.low[axis], y.low[axis]) >= query_.region->low[axis] &&
+                      std::min(x.high[axis], y.high[axis]) <= query_.region->high[axis];
         return inside;
     }
 
@@ -188,34 +197,31 @@ class Descent {
             for (; m != 0; m &= m - 1) {
                 const unsigned k = FirstBit(m);
                 if (kSideOfX == Side::kA)
-                    candidates_.Add(x.corner[i][0], x.id[i], y.corner[k][0], y.id[k]);
+                    candidates_.Add(x.record[i], y.record[k]);
                 else
-                    candidates_.Add(y.corner[k][0], y.id[k], x.corner[i][0], x.id[i]);
+                    candidates_.Add(y.record[k], x.record[i]);
                 if (candidates_.count == kWidth) Decide();
                 if (full_) return;
             }
         }
     }
 
-    bool WantsEnds() const {
-        return query_.callback != nullptr || query_.scope == Opcode::ContactScope::kRegion;
-    }
+    bool KeepsRegion() const { return query_.regionMode != Opcode::ContactRegion::kNotKept; }
 
     void Decide() {
         if (candidates_.count == 0) return;
         candidates_.Pad();
         Verdict verdict = {0, 0, (1U << candidates_.count) - 1};
         if (reach_ <= kLargestForSingle)
-            verdict = WantsEnds() ? TestInSingle<Ends::kWanted>(candidates_, ends_)
-                                  : TestInSingle<Ends::kNotWanted>(candidates_, ends_);
-        for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1) {
-            const unsigned i = FirstBit(m);
-            EmitSegment(candidates_, i, false);
-        }
+            verdict = query_.callback != nullptr || KeepsRegion()
+                          ? TestInSingle<Ends::kWanted>(candidates_, ends_, regionLanes_)
+                          : TestInSingle<Ends::kNotWanted>(candidates_, ends_, regionLanes_);
+        for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1)
+            EmitSegment(candidates_, FirstBit(m), false);
+        if (verdict.hit != 0 && query_.regionMode == Opcode::ContactRegion::kOnly) GatherRegion();
         for (unsigned m = verdict.doubt; m != 0 && !full_; m &= m - 1) {
             const unsigned i = FirstBit(m);
-            touching_.Add(candidates_.a[i], candidates_.idA[i], candidates_.b[i],
-                          candidates_.idB[i]);
+            touching_.Add(*candidates_.a[i], *candidates_.b[i]);
             if (touching_.count == kWidth) DecideTouching();
         }
         candidates_.count = 0;
@@ -227,44 +233,67 @@ class Descent {
         const Verdict verdict = TestInDouble(touching_, ends_);
         for (unsigned m = verdict.hit | verdict.doubt; m != 0 && !full_; m &= m - 1) {
             const unsigned i = FirstBit(m);
-            if ((verdict.hit >> i & 1U) != 0)
-                EmitSegment(touching_, i, (verdict.single >> i & 1U) != 0);
-            else
-                DecideExactly(i);
+            if ((verdict.hit >> i & 1U) == 0) {
+                DecideExactly(*touching_.a[i], *touching_.b[i]);
+                continue;
+            }
+            EmitSegment(touching_, i, (verdict.single >> i & 1U) != 0);
+            if (!KeepsRegion()) continue;
+            Include(StartOf(i));
+            Include(EndOf(i));
         }
         touching_.count = 0;
     }
 
-    void DecideExactly(unsigned i) {
+    void DecideExactly(const TriangleRecord& a, const TriangleRecord& b) {
         ContactPoints points;
-        if (!FindContact(TriangleOf(touching_.a[i]), TriangleOf(touching_.b[i]), points)) return;
-        EmitPair(touching_.idA[i], touching_.idB[i]);
-        for (std::size_t k = 0; k < points.count; ++k)
-            EmitPoint(points.p[k]);
+        if (!FindContact(TriangleOf(a), TriangleOf(b), points)) return;
+        EmitPair(a, b);
+        for (std::size_t k = 0; k < points.count; ++k) {
+            if (query_.callback != nullptr) query_.callback(points.p[k], query_.userData);
+            if (KeepsRegion()) Include(points.p[k]);
+        }
+    }
+
+    Point StartOf(unsigned i) const {
+        return {ends_.at[0][0][i], ends_.at[0][1][i], ends_.at[0][2][i]};
+    }
+    Point EndOf(unsigned i) const {
+        return {ends_.at[1][0][i], ends_.at[1][1][i], ends_.at[1][2][i]};
     }
 
     HWY_INLINE void EmitSegment(const PairQueue& queue, unsigned i, bool single) {
-        EmitPair(queue.idA[i], queue.idB[i]);
-        if (!WantsEnds()) return;
-        const auto& at = ends_.at;
-        const Point start(at[0][0][i], at[0][1][i], at[0][2][i]);
-        const Point end(at[1][0][i], at[1][1][i], at[1][2][i]);
-        EmitPoint(start);
-        if (!single && (start.x != end.x || start.y != end.y || start.z != end.z)) EmitPoint(end);
+        EmitPair(*queue.a[i], *queue.b[i]);
+        if (query_.callback == nullptr) return;
+        const Point start = StartOf(i);
+        const Point end = EndOf(i);
+        query_.callback(start, query_.userData);
+        if (!single && (start.x != end.x || start.y != end.y || start.z != end.z))
+            query_.callback(end, query_.userData);
     }
 
-    HWY_INLINE void EmitPair(std::uint32_t idA, std::uint32_t idB) {
-        query_.pairs->push_back({idA, idB});
+    HWY_INLINE void EmitPair(const TriangleRecord& a, const TriangleRecord& b) {
+        query_.pairs->push_back({a.Id(), b.Id()});
         full_ = query_.pairs->size() >= query_.maxPairs;
     }
 
-    HWY_INLINE void EmitPoint(const Point& point) {
-        if (query_.callback != nullptr) query_.callback(point, query_.userData);
-        if (query_.scope != Opcode::ContactScope::kRegion) return;
+    HWY_INLINE void Include(const Point& point) {
         const float at[3] = {point.x, point.y, point.z};
         for (std::size_t axis = 0; axis < 3; ++axis) {
-            regionLow_[axis] = std::min(regionLow_[axis], at[axis]);
-            regionHigh_[axis] = std::max(regionHigh_[axis], at[axis]);
+            query_.region->low[axis] = std::min(query_.region->low[axis], at[axis]);
+            query_.region->high[axis] = std::max(query_.region->high[axis], at[axis]);
+        }
+    }
+
+    /// Adds what the lanes hold to the region.
+    void GatherRegion() {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const float* low = regionLanes_.low[axis];
+            const float* high = regionLanes_.high[axis];
+            float& regionLow = query_.region->low[axis];
+            float& regionHigh = query_.region->high[axis];
+            regionLow = std::min(regionLow, *std::min_element(low, low + kWidth));
+            regionHigh = std::max(regionHigh, *std::max_element(high, high + kWidth));
         }
     }
 
@@ -277,11 +306,10 @@ class Descent {
     const Query& query_;
     const float reach_;
     bool full_ = false;
-    float regionLow_[3] = {HUGE_VALF, HUGE_VALF, HUGE_VALF};
-    float regionHigh_[3] = {-HUGE_VALF, -HUGE_VALF, -HUGE_VALF};
     PairQueue candidates_;
     PairQueue touching_;
     SegmentEnds ends_;
+    RegionLanes regionLanes_;
 };
 
 void Descend(MeshTree& a, MeshTree& b, const Query& query) {

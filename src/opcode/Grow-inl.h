@@ -188,87 +188,116 @@ HWY_INLINE void StoreEmptyBoxIn(Boxes& boxes, std::size_t place) {
     StoreBoxIn(boxes, place, low, high);
 }
 
-HWY_INLINE float SquaredLength(const IceMaths::Point& p, const IceMaths::Point& q) {
-    const float x = p.x - q.x;
-    const float y = p.y - q.y;
-    const float z = p.z - q.z;
-    return x * x + y * y + z * z;
+HWY_INLINE F8 SquaredLength(const F8x3& v) {
+    return Dot(v, v);
 }
 
-/// Copies a triangle so that it starts opposite its longest edge: products of the edges at that
-/// vertex lose the least to rounding, above all in slivers.
-HWY_INLINE void CopyTurned(const Opcode::MeshInterface& mesh, std::uint32_t id,
-                           float (*corner)[4]) {
+HWY_INLINE void CopyCorners(const Opcode::MeshInterface& mesh, std::uint32_t id,
+                            float (*corner)[4]) {
     const auto& refs = mesh.GetTris()[id].mVRef;
-    const IceMaths::Point* v[3] = {mesh.GetVerts() + refs[0], mesh.GetVerts() + refs[1],
-                                   mesh.GetVerts() + refs[2]};
-    const float a = SquaredLength(*v[1], *v[2]);
-    const float b = SquaredLength(*v[2], *v[0]);
-    const float c = SquaredLength(*v[0], *v[1]);
-    std::size_t first = 0;
-    if (!(a >= b && a >= c)) first = b >= c ? 1 : 2;
-    for (std::size_t k = 0; k < 3; ++k) {
-        const IceMaths::Point& p = *v[(first + k) % 3];
-        corner[k][0] = p.x;
-        corner[k][1] = p.y;
-        corner[k][2] = p.z;
-        corner[k][3] = 0.0F;
-    }
+    for (std::size_t k = 0; k < 3; ++k)
+        std::memcpy(corner[k], mesh.GetVerts() + refs[k], sizeof(IceMaths::Point));
 }
 
 /// The planes of four triangles, from double precision.
-HWY_INLINE void StorePlanes(Leaf& leaf, std::size_t first) {
-    D4x3 v[3];
-    for (std::size_t k = 0; k < 3; ++k)
-        v[k] = {LoadWidened(&leaf.vertex[k][0][first]), LoadWidened(&leaf.vertex[k][1][first]),
-                LoadWidened(&leaf.vertex[k][2][first])};
+template <Half kHalf>
+HWY_INLINE void FindPlanes(const F8x3 (&vertex)[3], D4x3& normal, D4& offset, D4& slack) {
+    const D4x3 v[3] = {Widened<kHalf>(vertex[0]), Widened<kHalf>(vertex[1]),
+                       Widened<kHalf>(vertex[2])};
     const D4x3 u = v[1] - v[0];
     const D4x3 w = v[2] - v[0];
-    const D4x3 n = Cross(u, w);
-    StoreRounded(n.x, &leaf.normal[0][first]);
-    StoreRounded(n.y, &leaf.normal[1][first]);
-    StoreRounded(n.z, &leaf.normal[2][first]);
-    StoreRounded(Dot(n, v[0]), &leaf.offset[first]);
+    normal = Cross(u, w);
+    offset = Dot(normal, v[0]);
     // Six roundings to float at most meet each term of normal . x - offset, and each is bounded by
     // half an ulp, 2^-24; the normal itself is off by some units of double precision of the product
     // of the edges. The last term covers underflow.
-    const D4 sum = Magnitude(n.x) + Magnitude(n.y) + Magnitude(n.z);
-    const D4 slack = sum * Broadcast<4>(8 * 0x1p-24) + Norm(u) * Norm(w) * Broadcast<4>(0x1p-48) +
-                     Broadcast<4>(0x1p-120);
-    StoreRounded(slack, &leaf.slack[first]);
+    slack = (Magnitude(normal.x) + Magnitude(normal.y) + Magnitude(normal.z)) *
+                Broadcast<4>(8 * 0x1p-24) +
+            Norm(u) * Norm(w) * Broadcast<4>(0x1p-48) + Broadcast<4>(0x1p-120);
+}
+
+HWY_INLINE void StoreRows(const F8x3& v, float (*to)[kWidth]) {
+    Store(v.x, to[0]);
+    Store(v.y, to[1]);
+    Store(v.z, to[2]);
+}
+
+HWY_INLINE void StorePlanes(const F8x3 (&vertex)[3], Leaf& leaf) {
+    D4x3 normal[2];
+    D4 offset[2];
+    D4 slack[2];
+    FindPlanes<Half::kLower>(vertex, normal[0], offset[0], slack[0]);
+    FindPlanes<Half::kUpper>(vertex, normal[1], offset[1], slack[1]);
+    StoreRows(Narrowed(normal[0], normal[1]), leaf.normal);
+    Store(Narrowed(offset[0], offset[1]), leaf.offset);
+    Store(Narrowed(slack[0], slack[1]), leaf.slack);
+}
+
+/// Which corner each triangle starts with: the one opposite its longest edge. Products of the
+/// edges at that corner lose the least to rounding, above all in slivers.
+struct FirstCorners {
+    PackMask<float, 8> isSecond;
+    PackMask<float, 8> isThird;
+};
+
+HWY_INLINE FirstCorners FindFirstCorners(const F8x3 (&v)[3]) {
+    const F8 a = SquaredLength(v[2] - v[1]);
+    const F8 b = SquaredLength(v[0] - v[2]);
+    const F8 c = SquaredLength(v[1] - v[0]);
+    return {(b > a) & (b >= c), (c > a) & (c > b)};
+}
+
+/// Writes the records with their corners turned to the first, without branches.
+HWY_INLINE void StoreRecords(const float (*corners)[3][4], const std::uint32_t* ids,
+                             std::uint32_t count, const FirstCorners& first, const F8& extent,
+                             const F8& edges, Leaf& leaf) {
+    const unsigned second = Bits(first.isSecond);
+    const unsigned third = Bits(first.isThird);
+    alignas(32) float extents[kWidth];
+    alignas(32) float products[kWidth];
+    Store(extent, extents);
+    Store(edges, products);
+    constexpr std::size_t kNext[5] = {0, 1, 2, 0, 1};
+    for (std::size_t i = 0; i < kWidth; ++i) {
+        const std::size_t start = (second >> i & 1U) + 2 * (third >> i & 1U);
+        auto& corner = leaf.record[i].corner;
+        for (std::size_t k = 0; k < 3; ++k)
+            std::memcpy(corner[k], corners[i][kNext[start + k]], sizeof(corner[k]));
+        corner[TriangleRecord::kExtent][TriangleRecord::kSpare] = extents[i];
+        corner[TriangleRecord::kEdges][TriangleRecord::kSpare] = products[i];
+        std::memcpy(&corner[TriangleRecord::kId][TriangleRecord::kSpare],
+                    &ids[std::min<std::size_t>(i, count - 1)], sizeof(ids[0]));
+    }
 }
 
 HWY_INLINE void FillLeaf(const Opcode::MeshInterface& mesh, const std::uint32_t* ids,
                          std::uint32_t count, Leaf& leaf) {
-    const float* corners[kWidth];
-    leaf.count = count;
+    alignas(32) float corners[kWidth][3][4] = {};
+    const float* rows[kWidth];
     for (std::uint32_t i = 0; i < kWidth; ++i) {
-        leaf.id[i] = ids[std::min(i, count - 1)];
-        CopyTurned(mesh, leaf.id[i], leaf.corner[i]);
-        corners[i] = leaf.corner[i][0];
+        CopyCorners(mesh, ids[std::min(i, count - 1)], corners[i]);
+        rows[i] = corners[i][0];
     }
-    F8x3 low;
-    F8x3 high;
-    for (std::size_t k = 0; k < 3; ++k) {
-        const F8x3 v = Gather(corners, 4 * k);
-        Store(v.x, leaf.vertex[k][0]);
-        Store(v.y, leaf.vertex[k][1]);
-        Store(v.z, leaf.vertex[k][2]);
-        low = k == 0 ? v : F8x3{Least(low.x, v.x), Least(low.y, v.y), Least(low.z, v.z)};
-        high = k == 0 ? v : F8x3{Most(high.x, v.x), Most(high.y, v.y), Most(high.z, v.z)};
-    }
-    Store(low.x, leaf.boxes.low[0]);
-    Store(low.y, leaf.boxes.low[1]);
-    Store(low.z, leaf.boxes.low[2]);
-    Store(high.x, leaf.boxes.high[0]);
-    Store(high.y, leaf.boxes.high[1]);
-    Store(high.z, leaf.boxes.high[2]);
+    const F8x3 read[3] = {Gather(rows, 0).xyz, Gather(rows, 4).xyz, Gather(rows, 8).xyz};
+    const F8x3 low = Least(Least(read[0], read[1]), read[2]);
+    const F8x3 high = Most(Most(read[0], read[1]), read[2]);
+    StoreRows(low, leaf.boxes.low);
+    StoreRows(high, leaf.boxes.high);
     for (std::size_t axis = 0; axis < 3; ++axis) {
         leaf.low[axis] = *std::min_element(leaf.boxes.low[axis], leaf.boxes.low[axis] + kWidth);
         leaf.high[axis] = *std::max_element(leaf.boxes.high[axis], leaf.boxes.high[axis] + kWidth);
     }
-    StorePlanes(leaf, 0);
-    StorePlanes(leaf, 4);
+    const FirstCorners first = FindFirstCorners(read);
+    const auto& second = first.isSecond;
+    const auto& third = first.isThird;
+    const F8x3 turned[3] = {Choose(third, read[2], Choose(second, read[1], read[0])),
+                            Choose(third, read[0], Choose(second, read[2], read[1])),
+                            Choose(third, read[1], Choose(second, read[0], read[2]))};
+    for (std::size_t k = 0; k < 3; ++k)
+        StoreRows(turned[k], leaf.vertex[k]);
+    StorePlanes(turned, leaf);
+    StoreRecords(corners, ids, count, first, Norm(high - low),
+                 Norm(turned[1] - turned[0]) * Norm(turned[2] - turned[0]), leaf);
     for (std::size_t i = count; i < kWidth; ++i)
         StoreEmptyBoxIn(leaf.boxes, i);
 }

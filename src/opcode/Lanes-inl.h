@@ -16,6 +16,10 @@
 
 #include <hwy/highway.h>
 
+// Whether one register holds eight floats.
+#undef KYCB_EIGHT_LANES
+#define KYCB_EIGHT_LANES (HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3)
+
 HWY_BEFORE_NAMESPACE();
 namespace kycb::opcode::HWY_NAMESPACE {
 
@@ -175,58 +179,108 @@ HWY_INLINE P Norm(const Vector3<P>& a) {
     return Most(Most(Magnitude(a.x), Magnitude(a.y)), Magnitude(a.z));
 }
 
+template <class P>
+HWY_INLINE Vector3<P> Least(const Vector3<P>& a, const Vector3<P>& b) {
+    return {Least(a.x, b.x), Least(a.y, b.y), Least(a.z, b.z)};
+}
+
+template <class P>
+HWY_INLINE Vector3<P> Most(const Vector3<P>& a, const Vector3<P>& b) {
+    return {Most(a.x, b.x), Most(a.y, b.y), Most(a.z, b.z)};
+}
+
 template <class M, class P>
 HWY_INLINE Vector3<P> Choose(const M& m, const Vector3<P>& yes, const Vector3<P>& no) {
     return {Choose(m, yes.x, no.x), Choose(m, yes.y, no.y), Choose(m, yes.z, no.z)};
 }
 
-/// Transposes eight points of four floats each (the last is ignored).
-HWY_INLINE F8x3 Gather(const float* const* points, std::size_t offset) {
-    F8x3 r;
-#if HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3
+struct F8x4 {
+    F8x3 xyz;
+    F8 w;
+};
+
+/// Transposes eight groups of four floats.
+HWY_INLINE F8x4 Gather(const float* const* rows, std::size_t offset) {
+    F8x4 r;
+#if KYCB_EIGHT_LANES
     const hn::FixedTag<float, 4> half;
     const hn::FixedTag<float, 8> full;
     const hn::FixedTag<double, 4> wide;
     F8::Vector row[4];
     for (std::size_t i = 0; i < 4; ++i)
-        row[i] = hn::Combine(full, hn::Load(half, points[i + 4] + offset),
-                             hn::Load(half, points[i] + offset));
+        row[i] = hn::Combine(full, hn::Load(half, rows[i + 4] + offset),
+                             hn::Load(half, rows[i] + offset));
     const auto xy01 = hn::BitCast(wide, hn::InterleaveLower(full, row[0], row[1]));
     const auto xy23 = hn::BitCast(wide, hn::InterleaveLower(full, row[2], row[3]));
     const auto zw01 = hn::BitCast(wide, hn::InterleaveUpper(full, row[0], row[1]));
     const auto zw23 = hn::BitCast(wide, hn::InterleaveUpper(full, row[2], row[3]));
-    r.x.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, xy01, xy23));
-    r.y.part[0] = hn::BitCast(full, hn::InterleaveUpper(wide, xy01, xy23));
-    r.z.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, zw01, zw23));
+    r.xyz.x.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, xy01, xy23));
+    r.xyz.y.part[0] = hn::BitCast(full, hn::InterleaveUpper(wide, xy01, xy23));
+    r.xyz.z.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, zw01, zw23));
+    r.w.part[0] = hn::BitCast(full, hn::InterleaveUpper(wide, zw01, zw23));
 #else
-    alignas(32) float x[8];
-    alignas(32) float y[8];
-    alignas(32) float z[8];
-    for (std::size_t i = 0; i < 8; ++i) {
-        const float* p = points[i] + offset;
-        x[i] = p[0];
-        y[i] = p[1];
-        z[i] = p[2];
-    }
-    r = {Load<8>(x), Load<8>(y), Load<8>(z)};
+    alignas(32) float column[4][8];
+    for (std::size_t i = 0; i < 8; ++i)
+        for (std::size_t k = 0; k < 4; ++k)
+            column[k][i] = rows[i][offset + k];
+    r = {{Load<8>(column[0]), Load<8>(column[1]), Load<8>(column[2])}, Load<8>(column[3])};
 #endif
     return r;
 }
 
-/// Four consecutive floats, widened.
-HWY_INLINE D4 LoadWidened(const float* from) {
+enum class Half { kLower, kUpper };
+
+/// Four of eight floats, widened.
+template <Half kHalf>
+HWY_INLINE D4 Widened(const F8& a) {
+    constexpr std::size_t kFirst = kHalf == Half::kLower ? 0 : 1;
+    const D4::Tag wide;
     D4 r;
-    const hn::Rebind<float, D4::Tag> narrow;
-    for (std::size_t i = 0; i < r.kParts; ++i)
-        r.part[i] = hn::PromoteTo(D4::Tag(), hn::Load(narrow, from + i * r.kLanes));
+#if KYCB_EIGHT_LANES
+    const hn::FixedTag<float, 4> narrow;
+    const auto half =
+        kFirst == 0 ? hn::LowerHalf(narrow, a.part[0]) : hn::UpperHalf(narrow, a.part[0]);
+    r.part[0] = hn::PromoteTo(wide, half);
+#elif HWY_TARGET != HWY_SCALAR
+    const hn::FixedTag<float, 2> narrow;
+    r.part[0] = hn::PromoteTo(wide, hn::LowerHalf(narrow, a.part[kFirst]));
+    r.part[1] = hn::PromoteTo(wide, hn::UpperHalf(narrow, a.part[kFirst]));
+#else
+    for (std::size_t i = 0; i < 4; ++i)
+        r.part[i] = hn::PromoteTo(wide, a.part[4 * kFirst + i]);
+#endif
     return r;
 }
 
-/// Four doubles, each rounded to float.
-HWY_INLINE void StoreRounded(const D4& a, float* to) {
-    const hn::Rebind<float, D4::Tag> narrow;
-    for (std::size_t i = 0; i < a.kParts; ++i)
-        hn::Store(hn::DemoteTo(narrow, a.part[i]), narrow, to + i * a.kLanes);
+template <Half kHalf>
+HWY_INLINE D4x3 Widened(const F8x3& a) {
+    return {Widened<kHalf>(a.x), Widened<kHalf>(a.y), Widened<kHalf>(a.z)};
+}
+
+/// Eight doubles, each rounded to float.
+HWY_INLINE F8 Narrowed(const D4& lower, const D4& upper) {
+    F8 r;
+#if KYCB_EIGHT_LANES
+    const hn::FixedTag<float, 4> narrow;
+    r.part[0] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, upper.part[0]),
+                            hn::DemoteTo(narrow, lower.part[0]));
+#elif HWY_TARGET != HWY_SCALAR
+    const hn::FixedTag<float, 2> narrow;
+    r.part[0] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, lower.part[1]),
+                            hn::DemoteTo(narrow, lower.part[0]));
+    r.part[1] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, upper.part[1]),
+                            hn::DemoteTo(narrow, upper.part[0]));
+#else
+    for (std::size_t i = 0; i < 4; ++i) {
+        r.part[i] = hn::DemoteTo(F8::Tag(), lower.part[i]);
+        r.part[i + 4] = hn::DemoteTo(F8::Tag(), upper.part[i]);
+    }
+#endif
+    return r;
+}
+
+HWY_INLINE F8x3 Narrowed(const D4x3& lower, const D4x3& upper) {
+    return {Narrowed(lower.x, upper.x), Narrowed(lower.y, upper.y), Narrowed(lower.z, upper.z)};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE

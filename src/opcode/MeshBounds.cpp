@@ -14,6 +14,7 @@ using IceMaths::Point;
 using Vector = std::array<double, 3>;
 using Frame = std::array<Vector, 3>;
 
+constexpr float kLargest = std::numeric_limits<float>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // Rounding of the sums of products below, relative to the largest coordinate: some tens of half
@@ -88,9 +89,12 @@ constexpr Frame kWorldAxes = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 }  // namespace
 
+Box EmptyBox() {
+    return {{kLargest, kLargest, kLargest}, {-kLargest, -kLargest, -kLargest}};
+}
+
 Box BoxOf(const Opcode::MeshInterface& mesh) {
-    constexpr float kLargest = std::numeric_limits<float>::max();
-    Box box = {{kLargest, kLargest, kLargest}, {-kLargest, -kLargest, -kLargest}};
+    Box box = EmptyBox();
     const auto include = [&](std::size_t axis, float value) {
         // Not finite values change nothing. NaN fails the test too.
         if (!(std::fabs(value) <= kLargest)) return;

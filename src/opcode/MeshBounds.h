@@ -19,6 +19,9 @@ struct Box {
     }
 };
 
+/// A box that meets nothing and that grows to whatever is added.
+Box EmptyBox();
+
 /// The box of the finite coordinates of all vertices; empty without any.
 Box BoxOf(const Opcode::MeshInterface& mesh);
 

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -24,19 +25,36 @@ struct alignas(32) Boxes {
     float high[3][kWidth];
 };
 
-struct alignas(32) Leaf {
+/// What a batch of pairs needs of one triangle, in one piece of memory.
+struct alignas(16) TriangleRecord {
+    // Starting opposite the longest edge. The spare places hold bounds for rounding errors: the
+    // largest extent of the triangle's box, and the product of the largest components of the two
+    // edges at the first vertex. The last one holds the bits of the triangle's number.
+    float corner[3][4];
+
+    static constexpr std::size_t kSpare = 3;
+    static constexpr std::size_t kExtent = 0;  // the corner in whose spare place it is
+    static constexpr std::size_t kEdges = 1;
+    static constexpr std::size_t kId = 2;
+
+    std::uint32_t Id() const {
+        std::uint32_t id;
+        std::memcpy(&id, &corner[kId][kSpare], sizeof(id));
+        return id;
+    }
+};
+
+struct alignas(64) Leaf {
+    float low[4];
+    float high[4];
     Boxes boxes;
+    float vertex[3][3][kWidth];  // vertex, axis, triangle: for one triangle against eight
     // The plane normal . x = offset, and the rounding error of normal . x - offset in single
     // precision for each unit of the largest coordinate.
     float normal[3][kWidth];
     float offset[kWidth];
     float slack[kWidth];
-    float vertex[3][3][kWidth];  // vertex, axis, triangle: for one triangle against eight
-    float corner[kWidth][3][4];  // triangle, vertex, axis: for eight against eight
-    float low[4];
-    float high[4];
-    std::uint32_t id[kWidth];
-    std::uint32_t count;
+    TriangleRecord record[kWidth];  // for eight against eight
 };
 
 /// A child: another node, a leaf, or a range of triangles that no query has reached yet.

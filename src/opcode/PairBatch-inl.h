@@ -22,23 +22,18 @@
 HWY_BEFORE_NAMESPACE();
 namespace kycb::opcode::HWY_NAMESPACE {
 
-/// Pairs that wait for a batch to fill: the corners (twelve floats) and number of each triangle.
+/// Pairs that wait for a batch to fill.
 struct PairQueue {
-    const float* a[kWidth];
-    const float* b[kWidth];
-    std::uint32_t idA[kWidth];
-    std::uint32_t idB[kWidth];
+    const TriangleRecord* a[kWidth];
+    const TriangleRecord* b[kWidth];
     unsigned count = 0;
 
-    HWY_INLINE void Add(const float* cornersA, std::uint32_t a0, const float* cornersB,
-                        std::uint32_t b0) {
-        a[count] = cornersA;
-        b[count] = cornersB;
-        idA[count] = a0;
-        idB[count] = b0;
+    HWY_INLINE void Add(const TriangleRecord& recordA, const TriangleRecord& recordB) {
+        a[count] = &recordA;
+        b[count] = &recordB;
         ++count;
     }
-    /// Repeats the first pair, so that idle lanes hold something harmless.
+    /// Repeats the first pair: idle lanes then change nothing that the first does not.
     HWY_INLINE void Pad() {
         for (unsigned i = count; i < kWidth; ++i) {
             a[i] = a[0];
@@ -50,6 +45,12 @@ struct PairQueue {
 /// Where eight pairs touch: the two ends of each common segment.
 struct alignas(32) SegmentEnds {
     float at[2][3][kWidth];
+};
+
+/// The box of contact points, a part of them in each lane.
+struct alignas(32) RegionLanes {
+    float low[3][kWidth];
+    float high[3][kWidth];
 };
 
 /// The verdict on eight pairs, one bit each. A pair in none of them touches nothing.
@@ -67,8 +68,21 @@ struct TriangleLanes {
 using TriangleF8 = TriangleLanes<F8>;
 using TriangleD4 = TriangleLanes<D4>;
 
-HWY_INLINE TriangleF8 GatherTriangles(const float* const* corners) {
-    return {{Gather(corners, 0), Gather(corners, 4), Gather(corners, 8)}};
+/// Eight triangles with the bounds that their records hold.
+struct RecordsF8 {
+    TriangleF8 t;
+    F8 extent;
+    F8 edges;
+};
+
+HWY_INLINE RecordsF8 GatherRecords(const TriangleRecord* const* records) {
+    const float* rows[kWidth];
+    for (std::size_t i = 0; i < kWidth; ++i)
+        rows[i] = records[i]->corner[0];
+    const F8x4 v[3] = {Gather(rows, 0), Gather(rows, 4), Gather(rows, 8)};
+    return {{{v[0].xyz, v[1].xyz, v[2].xyz}},
+            v[TriangleRecord::kExtent].w,
+            v[TriangleRecord::kEdges].w};
 }
 
 // Rounding of a volume of three differences in single precision: eight roundings of half an ulp
@@ -78,9 +92,11 @@ constexpr float kVolumeError = 3.2e-6F;
 // Underflow: absolute errors far below what this adds.
 constexpr float kUnderflow = 0x1p-120F;
 
-HWY_INLINE F8 VolumeTolerance(const F8& u, const F8& v, const F8& w) {
+/// The rounding error of a volume of two differences whose product of largest components is
+/// `area`, and one whose largest is `length`.
+HWY_INLINE F8 VolumeTolerance(const F8& area, const F8& length) {
     const F8 tiny = Broadcast<8>(kUnderflow);
-    return (u * v * Broadcast<8>(kVolumeError) + tiny) * w + tiny;
+    return (area * Broadcast<8>(kVolumeError) + tiny) * length + tiny;
 }
 
 /// Turns the triangles so that the lane's chosen vertex comes first.
@@ -108,79 +124,73 @@ HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, cons
             Choose(columns, r.o22, r.o21), Choose(columns, r.o21, r.o22)};
 }
 
+/// One end of each common segment: on an edge of a or of b, from the lone vertex to another.
+struct EndChoice {
+    PackMask<float, 8> onB;
+    F8x3 to;
+};
+
+/// Four lanes of where the chosen edges pass the plane of the other triangle.
+template <Half kHalf>
+HWY_INLINE void PlaceEnds(const TriangleF8& a, const TriangleF8& b, const EndChoice (&choice)[2],
+                          D4x3 (&ends)[2]) {
+    const D4 zero = Broadcast<4>(0.0);
+    const F8 one = Broadcast<8>(1.0F);
+    const D4x3 a0 = Widened<kHalf>(a.v[0]);
+    const D4x3 b0 = Widened<kHalf>(b.v[0]);
+    const D4x3 normalA = Cross(Widened<kHalf>(a.v[1]) - a0, Widened<kHalf>(a.v[2]) - a0);
+    const D4x3 normalB = Cross(Widened<kHalf>(b.v[1]) - b0, Widened<kHalf>(b.v[2]) - b0);
+    const D4x3 w = a0 - b0;
+    const D4 belowB = Dot(normalB, b0 - a0);
+    const D4 belowA = Dot(normalA, w);
+    for (std::size_t end = 0; end < 2; ++end) {
+        const auto onB = Widened<kHalf>(Choose(choice[end].onB, one, Broadcast<8>(0.0F))) > zero;
+        const D4x3 from = Choose(onB, b0, a0);
+        const D4x3 edge = Widened<kHalf>(choice[end].to) - from;
+        // The distance of the start, and how it falls along the edge.
+        const D4 t = Choose(onB, belowA, belowB) / Dot(Choose(onB, normalA, normalB), edge);
+        ends[end] = {from.x + t * edge.x, from.y + t * edge.y, from.z + t * edge.z};
+    }
+}
+
+HWY_INLINE F8x3 LeastCorner(const TriangleF8& t) {
+    return Least(Least(t.v[0], t.v[1]), t.v[2]);
+}
+
+HWY_INLINE F8x3 MostCorner(const TriangleF8& t) {
+    return Most(Most(t.v[0], t.v[1]), t.v[2]);
+}
+
+/// Where the chosen edges pass the plane of the other triangle: placed in double precision, and
+/// kept inside the common box of the two triangles, whatever the rounding.
+HWY_INLINE void PlaceEnds(const TriangleF8& a, const TriangleF8& b, const EndChoice (&choice)[2],
+                          F8x3 (&ends)[2]) {
+    D4x3 lower[2];
+    D4x3 upper[2];
+    PlaceEnds<Half::kLower>(a, b, choice, lower);
+    PlaceEnds<Half::kUpper>(a, b, choice, upper);
+    const F8x3 low = Most(LeastCorner(a), LeastCorner(b));
+    const F8x3 high = Least(MostCorner(a), MostCorner(b));
+    for (std::size_t end = 0; end < 2; ++end)
+        ends[end] = Least(Most(Narrowed(lower[end], upper[end]), low), high);
+}
+
 HWY_INLINE void StoreVector(const F8x3& v, float (*to)[kWidth]) {
     Store(v.x, to[0]);
     Store(v.y, to[1]);
     Store(v.z, to[2]);
 }
 
-HWY_INLINE D4x3 LoadVector(const float (*from)[kWidth], std::size_t first) {
-    return {LoadWidened(&from[0][first]), LoadWidened(&from[1][first]),
-            LoadWidened(&from[2][first])};
+HWY_INLINE F8x3 LoadVector(const float (*from)[kWidth]) {
+    return {Load<8>(from[0]), Load<8>(from[1]), Load<8>(from[2])};
 }
 
-/// Keeps the ends inside the common box of the two triangles, whatever their rounding.
-HWY_INLINE void ClampEnds(const TriangleF8& a, const TriangleF8& b, SegmentEnds& ends) {
-    const auto clamp = [&](F8 Vector3<F8>::*axis, std::size_t k) HWY_ATTR {
-        const F8 lowA = Least(Least(a.v[0].*axis, a.v[1].*axis), a.v[2].*axis);
-        const F8 lowB = Least(Least(b.v[0].*axis, b.v[1].*axis), b.v[2].*axis);
-        const F8 highA = Most(Most(a.v[0].*axis, a.v[1].*axis), a.v[2].*axis);
-        const F8 highB = Most(Most(b.v[0].*axis, b.v[1].*axis), b.v[2].*axis);
-        const F8 low = Most(lowA, lowB);
-        const F8 high = Least(highA, highB);
-        for (std::size_t end = 0; end < 2; ++end)
-            Store(Least(Most(Load<8>(ends.at[end][k]), low), high), ends.at[end][k]);
-    };
-    clamp(&F8x3::x, 0);
-    clamp(&F8x3::y, 1);
-    clamp(&F8x3::z, 2);
-}
-
-/// One end of a common segment: on an edge of a or of b, from the lone vertex to another.
-struct alignas(32) EndChoice {
-    float onB[kWidth];      // 1 or 0
-    float from[3][kWidth];  // lone vertex
-    float to[3][kWidth];
-};
-
-HWY_INLINE void StoreChoice(const PackMask<float, 8>& onB, const F8x3& from, const F8x3& to,
-                            EndChoice& choice) {
-    Store(Choose(onB, Broadcast<8>(1.0F), Broadcast<8>(0.0F)), choice.onB);
-    StoreVector(from, choice.from);
-    StoreVector(to, choice.to);
-}
-
-/// Where the chosen edges pass the plane of the other triangle, in double precision.
-HWY_INLINE void PlaceEnds(const TriangleF8& a, const TriangleF8& b, const EndChoice (&choice)[2],
-                          SegmentEnds& ends) {
-    alignas(32) float corner[6][3][kWidth];
-    for (std::size_t k = 0; k < 3; ++k) {
-        StoreVector(a.v[k], corner[k]);
-        StoreVector(b.v[k], corner[3 + k]);
-    }
-    for (std::size_t first = 0; first < kWidth; first += 4) {
-        const D4x3 a0 = LoadVector(corner[0], first);
-        const D4x3 b0 = LoadVector(corner[3], first);
-        const D4x3 normalA =
-            Cross(LoadVector(corner[1], first) - a0, LoadVector(corner[2], first) - a0);
-        const D4x3 normalB =
-            Cross(LoadVector(corner[4], first) - b0, LoadVector(corner[5], first) - b0);
-        const D4x3 w = a0 - b0;
-        const D4 aboveB = Dot(normalB, w);
-        const D4 belowA = Dot(normalA, w);
-        for (std::size_t end = 0; end < 2; ++end) {
-            const EndChoice& c = choice[end];
-            const auto onB = LoadWidened(&c.onB[first]) > Broadcast<4>(0.0);
-            const D4x3 from = LoadVector(c.from, first);
-            const D4x3 edge = LoadVector(c.to, first) - from;
-            const D4x3 normal = Choose(onB, normalA, normalB);
-            // The distance of the start, and how it falls along the edge.
-            const D4 t = Choose(onB, belowA, -aboveB) / Dot(normal, edge);
-            StoreRounded(from.x + t * edge.x, &ends.at[end][0][first]);
-            StoreRounded(from.y + t * edge.y, &ends.at[end][1][first]);
-            StoreRounded(from.z + t * edge.z, &ends.at[end][2][first]);
-        }
-    }
+HWY_INLINE void IncludeEnds(const PackMask<float, 8>& hit, const F8x3 (&ends)[2],
+                            RegionLanes& region) {
+    const F8x3 low = LoadVector(region.low);
+    const F8x3 high = LoadVector(region.high);
+    StoreVector(Choose(hit, Least(low, Least(ends[0], ends[1])), low), region.low);
+    StoreVector(Choose(hit, Most(high, Most(ends[0], ends[1])), high), region.high);
 }
 
 template <class P>
@@ -197,27 +207,28 @@ HWY_INLINE F8 LeastMagnitude(const F8 (&d)[3]) {
     return Least(Magnitude(d[0]), Least(Magnitude(d[1]), Magnitude(d[2])));
 }
 
-enum class Ends { kWanted, kNotWanted };
+enum class Ends { kNotWanted, kWanted };
 
-/// The test in single precision. Coordinates must be small enough for products of three.
+/// The test in single precision. Coordinates must be small enough for products of three, and the
+/// boxes of the triangles of each pair must meet. Ends, when wanted, go to `ends` and `region`.
 template <Ends kEnds>
-HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends) {
+HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends, RegionLanes& region) {
     const unsigned live = (1U << queue.count) - 1;
-    const TriangleF8 a = GatherTriangles(queue.a);
-    const TriangleF8 b = GatherTriangles(queue.b);
-    const F8x3 edgeA[2] = {a.v[1] - a.v[0], a.v[2] - a.v[0]};
-    const F8x3 edgeB[2] = {b.v[1] - b.v[0], b.v[2] - b.v[0]};
-    const F8x3 normalA = Cross(edgeA[0], edgeA[1]);
-    const F8x3 normalB = Cross(edgeB[0], edgeB[1]);
-    const F8x3 toB[3] = {b.v[0] - a.v[0], b.v[1] - a.v[0], b.v[2] - a.v[0]};
-    const F8x3 toA[2] = {a.v[1] - b.v[0], a.v[2] - b.v[0]};
-    const F8 sideB[3] = {Dot(normalA, toB[0]), Dot(normalA, toB[1]), Dot(normalA, toB[2])};
-    const F8 sideA[3] = {-Dot(normalB, toB[0]), Dot(normalB, toA[0]), Dot(normalB, toA[1])};
-    const F8 apex = Norm(toB[0]);
-    const F8 toleranceB = VolumeTolerance(Norm(edgeA[0]), Norm(edgeA[1]),
-                                          Most(apex, Most(Norm(toB[1]), Norm(toB[2]))));
-    const F8 toleranceA = VolumeTolerance(Norm(edgeB[0]), Norm(edgeB[1]),
-                                          Most(apex, Most(Norm(toA[0]), Norm(toA[1]))));
+    const RecordsF8 recordsA = GatherRecords(queue.a);
+    const RecordsF8 recordsB = GatherRecords(queue.b);
+    const TriangleF8& a = recordsA.t;
+    const TriangleF8& b = recordsB.t;
+    const F8x3 normalA = Cross(a.v[1] - a.v[0], a.v[2] - a.v[0]);
+    const F8x3 normalB = Cross(b.v[1] - b.v[0], b.v[2] - b.v[0]);
+    const F8x3 toB = b.v[0] - a.v[0];
+    const F8 sideB[3] = {Dot(normalA, toB), Dot(normalA, b.v[1] - a.v[0]),
+                         Dot(normalA, b.v[2] - a.v[0])};
+    const F8 sideA[3] = {-Dot(normalB, toB), Dot(normalB, a.v[1] - b.v[0]),
+                         Dot(normalB, a.v[2] - b.v[0])};
+    // Boxes that meet hold no two points further apart than this along an axis.
+    const F8 span = recordsA.extent + recordsB.extent;
+    const F8 toleranceB = VolumeTolerance(recordsA.edges, span);
+    const F8 toleranceA = VolumeTolerance(recordsB.edges, span);
     const auto apart = (LeastOf(sideB) > toleranceB) | (MostOf(sideB) < -toleranceB) |
                        (LeastOf(sideA) > toleranceA) | (MostOf(sideA) < -toleranceA);
     const unsigned close = live & ~Bits(apart);
@@ -236,39 +247,32 @@ HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends) {
     const auto loneBelowA =
         Choose(isThirdB, sideB[2], Choose(isSecondB, sideB[1], sideB[0])) < zero;
 
-    const F8x3 u1 = p.v[1] - p.v[0];
-    const F8x3 u2 = p.v[2] - p.v[0];
     const F8x3 v1 = q.v[1] - q.v[0];
     const F8x3 v2 = q.v[2] - q.v[0];
     const F8x3 w = q.v[0] - p.v[0];
-    const F8x3 u1w = Cross(u1, w);
-    const F8x3 u2w = Cross(u2, w);
+    const F8x3 u1w = Cross(p.v[1] - p.v[0], w);
+    const F8x3 u2w = Cross(p.v[2] - p.v[0], w);
     const EdgeVolumes<F8> o =
         Exchanged(EdgeVolumes<F8>{Dot(u1w, v1), Dot(u1w, v2), Dot(u2w, v1), Dot(u2w, v2)},
                   loneBelowA, loneBelowB);
-    const F8 tolerance =
-        VolumeTolerance(Most(Norm(u1), Norm(u2)), Most(Norm(v1), Norm(v2)), Norm(w));
-    const unsigned decided = Bits(sure);
-    const unsigned passing = Bits((o.o11 > tolerance) | (o.o22 < -tolerance));
-    const unsigned crossing = Bits((o.o11 < -tolerance) & (o.o22 > tolerance));
-    const Verdict verdict = {close & decided & crossing, 0,
-                             close & ~(decided & (crossing | passing))};
-    if (kEnds == Ends::kWanted && verdict.hit != 0) {
+    const F8 tolerance = VolumeTolerance(recordsA.extent * recordsB.extent, span);
+    const auto crossing = sure & (o.o11 < -tolerance) & (o.o22 > tolerance);
+    const unsigned passing = Bits(sure & ((o.o11 > tolerance) | (o.o22 < -tolerance)));
+    const unsigned hit = close & Bits(crossing);
+    if (kEnds == Ends::kWanted && hit != 0) {
         const auto startOnB = o.o21 >= zero;
         const auto endOnB = o.o12 < zero;
-        EndChoice choice[2];
-        StoreChoice(startOnB, Choose(startOnB, q.v[0], p.v[0]),
-                    Choose(startOnB, Choose(loneBelowB, q.v[2], q.v[1]),
-                           Choose(loneBelowA, p.v[1], p.v[2])),
-                    choice[0]);
-        StoreChoice(
-            endOnB, Choose(endOnB, q.v[0], p.v[0]),
-            Choose(endOnB, Choose(loneBelowB, q.v[1], q.v[2]), Choose(loneBelowA, p.v[2], p.v[1])),
-            choice[1]);
-        PlaceEnds(p, q, choice, ends);
-        ClampEnds(a, b, ends);
+        const EndChoice choice[2] = {{startOnB, Choose(startOnB, Choose(loneBelowB, q.v[2], q.v[1]),
+                                                       Choose(loneBelowA, p.v[1], p.v[2]))},
+                                     {endOnB, Choose(endOnB, Choose(loneBelowB, q.v[1], q.v[2]),
+                                                     Choose(loneBelowA, p.v[2], p.v[1]))}};
+        F8x3 placed[2];
+        PlaceEnds(p, q, choice, placed);
+        IncludeEnds(crossing, placed, region);
+        StoreVector(placed[0], ends.at[0]);
+        StoreVector(placed[1], ends.at[1]);
     }
-    return verdict;
+    return {hit, 0, close & ~hit & ~passing};
 }
 
 // As in Predicates.cpp.
@@ -359,8 +363,7 @@ struct HalfVerdict {
 };
 
 /// Four of the pairs in double precision.
-HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, std::size_t first,
-                                    SegmentEnds& ends) {
+HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4x3 (&ends)[2]) {
     const D4 zero = Broadcast<4>(0.0);
     const BoundedNormal normalA = CrossBounded(a.v[1] - a.v[0], a.v[2] - a.v[0]);
     const BoundedNormal normalB = CrossBounded(b.v[1] - b.v[0], b.v[2] - b.v[0]);
@@ -420,43 +423,40 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, st
         const D4x3 end =
             Choose(endOnB, EndOnEdge(q.t.v[0], q.sign[0], q2, q2Sign, distanceQ, normalA.value),
                    EndOnEdge(p.t.v[0], p.sign[0], p1, p1Sign, distanceP, normalB.value));
-        StoreRounded(start.x, &ends.at[0][0][first]);
-        StoreRounded(start.y, &ends.at[0][1][first]);
-        StoreRounded(start.z, &ends.at[0][2][first]);
-        StoreRounded(end.x, &ends.at[1][0][first]);
-        StoreRounded(end.y, &ends.at[1][1][first]);
-        StoreRounded(end.z, &ends.at[1][2][first]);
+        ends[0] = start;
+        ends[1] = end;
     }
     return {apart | passing, hit, single};
 }
 
-/// The test in double precision.
+template <Half kHalf>
+HWY_INLINE TriangleD4 Widened(const TriangleF8& t) {
+    return {{Widened<kHalf>(t.v[0]), Widened<kHalf>(t.v[1]), Widened<kHalf>(t.v[2])}};
+}
+
+/// The test in double precision. Ends are always placed.
 HWY_INLINE Verdict TestInDouble(const PairQueue& queue, SegmentEnds& ends) {
     const unsigned live = (1U << queue.count) - 1;
-    const TriangleF8 a = GatherTriangles(queue.a);
-    const TriangleF8 b = GatherTriangles(queue.b);
-    alignas(32) float corner[6][3][kWidth];
-    for (std::size_t k = 0; k < 3; ++k) {
-        StoreVector(a.v[k], corner[k]);
-        StoreVector(b.v[k], corner[3 + k]);
+    const TriangleF8 a = GatherRecords(queue.a).t;
+    const TriangleF8 b = GatherRecords(queue.b).t;
+    const D4x3 origin = {Broadcast<4>(0.0), Broadcast<4>(0.0), Broadcast<4>(0.0)};
+    D4x3 lowerEnds[2] = {origin, origin};
+    D4x3 upperEnds[2] = {origin, origin};
+    const HalfVerdict lower =
+        TestInDouble(Widened<Half::kLower>(a), Widened<Half::kLower>(b), lowerEnds);
+    HalfVerdict upper = {0, 0, 0};
+    if (queue.count > 4)
+        upper = TestInDouble(Widened<Half::kUpper>(a), Widened<Half::kUpper>(b), upperEnds);
+    const unsigned hit = live & (lower.hit | upper.hit << 4);
+    const unsigned apart = lower.apart | upper.apart << 4;
+    if (hit != 0) {
+        const F8x3 low = Most(LeastCorner(a), LeastCorner(b));
+        const F8x3 high = Least(MostCorner(a), MostCorner(b));
+        for (std::size_t end = 0; end < 2; ++end)
+            StoreVector(Least(Most(Narrowed(lowerEnds[end], upperEnds[end]), low), high),
+                        ends.at[end]);
     }
-    Verdict verdict = {0, 0, 0};
-    unsigned apart = 0;
-    for (std::size_t first = 0; first < queue.count; first += 4) {
-        const HalfVerdict half =
-            TestInDouble(TriangleD4{{LoadVector(corner[0], first), LoadVector(corner[1], first),
-                                     LoadVector(corner[2], first)}},
-                         TriangleD4{{LoadVector(corner[3], first), LoadVector(corner[4], first),
-                                     LoadVector(corner[5], first)}},
-                         first, ends);
-        apart |= half.apart << first;
-        verdict.hit |= half.hit << first;
-        verdict.single |= half.single << first;
-    }
-    verdict.hit &= live;
-    verdict.doubt = live & ~apart & ~verdict.hit;
-    if (verdict.hit != 0) ClampEnds(a, b, ends);
-    return verdict;
+    return {hit, lower.single | upper.single << 4, live & ~apart & ~hit};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE

@@ -17,7 +17,8 @@ struct Query {
     std::size_t maxPairs;
     Opcode::ContactCallback callback;  // may be null
     void* userData;
-    Opcode::ContactScope scope;
+    Opcode::ContactRegion regionMode;
+    Box* region;  // grows to hold the contact points when the region is kept
 };
 
 /// Appends the touching pairs of two meshes and delivers their contact points.

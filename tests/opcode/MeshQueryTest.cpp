@@ -276,45 +276,67 @@ TEST(MeshQuery, HandlesManyTrianglesInOnePlace) {
 }
 
 struct Region {
-    Point low{std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
-              std::numeric_limits<float>::max()};
-    Point high{-low.x, -low.y, -low.z};
-
-    void Include(const Point& p) {
-        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
-        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
-    }
+    bool kept = false;
+    Point low;
+    Point high;
 };
 
-Region RegionOf(const std::vector<Point>& points) {
+Region RegionOf(const Opcode::AABBTreeCollider& collider) {
     Region region;
-    for (const Point& p : points)
-        region.Include(p);
+    region.kept = collider.GetContactRegion(region.low, region.high);
     return region;
 }
 
-TEST(MeshQuery, GivesTheSameRegionWhenOnlyThatIsAskedFor) {
-    std::size_t all = 0;
-    std::size_t needed = 0;
+void ExpectSame(const Region& a, const Region& b, const std::string& name) {
+    EXPECT_EQ(a.kept, b.kept) << name;
+    const auto coordinates = [](const Region& r) {
+        return std::vector<float>{r.low.x, r.low.y, r.low.z, r.high.x, r.high.y, r.high.z};
+    };
+    EXPECT_EQ(coordinates(a), coordinates(b)) << name;
+}
+
+Region BoxOfPoints(const std::vector<Point>& points) {
+    if (points.empty()) return {};
+    Region box = {true, points[0], points[0]};
+    for (const Point& p : points) {
+        box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y), std::min(box.low.z, p.z)};
+        box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y),
+                    std::max(box.high.z, p.z)};
+    }
+    return box;
+}
+
+TEST(MeshQuery, KeepsTheBoxOfAllContactPointsAsItsRegion) {
     for (const MeshPair& pair : AllMeshPairs()) {
         const BuiltMesh a(pair.a);
         const BuiltMesh b(pair.b);
         Opcode::AABBTreeCollider collider;
-        const QueryResult full = Query(collider, a, b);
-        collider.SetContactScope(Opcode::ContactScope::kRegion);
-        const QueryResult part = Query(collider, a, b);
-        EXPECT_EQ(part.pairs.empty(), full.pairs.empty()) << pair.name;
-        const Region expected = RegionOf(full.points);
-        const Region region = RegionOf(part.points);
-        EXPECT_TRUE(std::memcmp(&expected, &region, sizeof(Region)) == 0 ||
-                    (expected.low.x == region.low.x && expected.low.y == region.low.y &&
-                     expected.low.z == region.low.z && expected.high.x == region.high.x &&
-                     expected.high.y == region.high.y && expected.high.z == region.high.z))
-            << pair.name;
-        all += full.pairs.size();
-        needed += part.pairs.size();
+        collider.SetContactRegion(Opcode::ContactRegion::kKept);
+        const QueryResult result = Query(collider, a, b);
+        ExpectSame(RegionOf(collider), BoxOfPoints(result.points), pair.name);
     }
-    EXPECT_LT(needed, all / 2);
+}
+
+TEST(MeshQuery, KeepsNoRegionUnlessAskedTo) {
+    const BuiltMesh box(MakeBox({0, 0, 0}, {1, 1, 1}));
+    Opcode::AABBTreeCollider collider;
+    ASSERT_FALSE(Query(collider, box, box).pairs.empty());
+    EXPECT_FALSE(RegionOf(collider).kept);
+}
+
+TEST(MeshQuery, GivesTheSameRegionWhenOnlyThatIsAskedFor) {
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const BuiltMesh a(pair.a);
+        const BuiltMesh b(pair.b);
+        Opcode::AABBTreeCollider collider;
+        collider.SetContactRegion(Opcode::ContactRegion::kKept);
+        Query(collider, a, b);
+        const Region expected = RegionOf(collider);
+        collider.SetContactRegion(Opcode::ContactRegion::kOnly);
+        const QueryResult part = Query(collider, a, b);
+        ExpectSame(RegionOf(collider), expected, pair.name);
+        ExpectSame(BoxOfPoints(part.points), expected, pair.name);
+    }
 }
 
 TEST(MeshQuery, FindsTheRegionOfDeepInterpenetrationWithFewPairs) {
@@ -323,7 +345,7 @@ TEST(MeshQuery, FindsTheRegionOfDeepInterpenetrationWithFewPairs) {
     const BuiltMesh b(Soup(random, 4000, 0.1));
     Opcode::AABBTreeCollider collider;
     const std::size_t all = Query(collider, a, b).pairs.size();
-    collider.SetContactScope(Opcode::ContactScope::kRegion);
+    collider.SetContactRegion(Opcode::ContactRegion::kOnly);
     EXPECT_LT(Query(collider, a, b).pairs.size(), all / 4);
 }
 

@@ -15,14 +15,15 @@ class Matrix4x4;
 
 namespace Opcode {
 
-/// Which contacts a query delivers.
-enum class ContactScope {
-    /// Every touching pair and every contact point.
-    kAllPairs,
-    /// At least one pair when there is one, and enough contact points that their bounding box is
-    /// exactly that of all contact points. Parts of the meshes that cannot enlarge the box are
-    /// passed over, which keeps deep interpenetration cheap.
-    kRegion,
+/// Whether a query keeps its contact region, the bounding box of all contact points.
+enum class ContactRegion {
+    kNotKept,
+    /// Beside all pairs; cheaper than a callback that does the same.
+    kKept,
+    /// The region is all that is asked for: it and the contact status are those of `kKept`, but
+    /// only some of the pairs and points are delivered. Parts of the meshes that cannot enlarge
+    /// the region are passed over, which keeps deep interpenetration cheap.
+    kOnly,
 };
 
 /// Receives one contact point (world coordinates, millimetres) and the registered user data. It
@@ -69,8 +70,8 @@ class KYCB_API AABBTreeCollider {
     /// Accepted for hosts that move meshes between queries; it never changes an answer.
     void SetTemporalCoherence(bool coherence) { temporalCoherence_ = coherence; }
 
-    /// All pairs by default.
-    void SetContactScope(ContactScope scope) { scope_ = scope; }
+    /// Not kept by default.
+    void SetContactRegion(ContactRegion region) { regionMode_ = region; }
     /// A query ends once it has found this many pairs, which bounds its memory to 8 bytes each.
     /// The default is the largest 32-bit number.
     void SetMaxNbPairs(std::uint32_t count) { maxNbPairs_ = count; }
@@ -93,12 +94,19 @@ class KYCB_API AABBTreeCollider {
     /// The touching pairs of the last query, valid until the next one; null when there are none.
     const Pair* GetPairs() const { return pairs_.empty() ? nullptr : pairs_.data(); }
 
+    /// The contact region of the last query.
+    /// @return false, with the corners left alone, when nothing touched or no region was kept.
+    bool GetContactRegion(IceMaths::Point& low, IceMaths::Point& high) const;
+
   private:
     std::vector<Pair> pairs_;
+    IceMaths::Point regionLow_;
+    IceMaths::Point regionHigh_;
     ContactCallback callback_ = nullptr;
     void* userData_ = nullptr;
     std::uint32_t maxNbPairs_ = 0xFFFFFFFFU;
-    ContactScope scope_ = ContactScope::kAllPairs;
+    ContactRegion regionMode_ = ContactRegion::kNotKept;
+    bool hasRegion_ = false;
     bool fullBoxBoxTest_ = true;
     bool fullPrimBoxTest_ = true;
     bool firstContact_ = false;
