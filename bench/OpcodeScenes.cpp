@@ -153,7 +153,7 @@ SceneMesh Ground(double size, std::uint32_t cells) {
 constexpr int kSmallPairs = 256;
 
 Scene BoxesCrossing() {
-    Scene scene{"boxes_crossing", 4308, {}, {}};
+    Scene scene{"boxes_crossing", 4332, {}, {}};
     Random random(11);
     for (int i = 0; i < kSmallPairs; ++i) {
         const Vector p = Place(random);

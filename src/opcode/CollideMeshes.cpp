@@ -82,10 +82,15 @@ struct NodePair {
     ChildRef b;
 };
 
-/// Reused by all queries of a thread.
-inline std::vector<NodePair>& DescentStack() {
-    thread_local std::vector<NodePair> stack;
-    return stack;
+/// Memory that all queries of a thread use again.
+struct Scratch {
+    std::vector<NodePair> stack;
+    GrowScratch grow;
+};
+
+inline Scratch& ThreadScratch() {
+    thread_local Scratch scratch;
+    return scratch;
 }
 
 class Descent {
@@ -100,9 +105,9 @@ class Descent {
     }
 
     void Run() {
-        std::vector<NodePair>& stack = DescentStack();
+        std::vector<NodePair>& stack = scratch_.stack;
         stack.clear();
-        stack.push_back({RootOf(a_), RootOf(b_)});
+        stack.push_back({RootOf(a_, scratch_.grow), RootOf(b_, scratch_.grow)});
         while (!stack.empty() && !full_) {
             const NodePair pair = stack.back();
             stack.pop_back();
@@ -125,12 +130,12 @@ class Descent {
             const Leaf& x = a_.leaves[pair.a.Index()];
             Node& y = b_.nodes[pair.b.Index()];
             for (unsigned m = Meeting(y.boxes, x.low, x.high); m != 0; m &= m - 1)
-                stack.push_back({pair.a, ChildOf(b_, y, FirstBit(m))});
+                stack.push_back({pair.a, ChildOf(b_, y, FirstBit(m), scratch_.grow)});
         } else if (pair.b.IsLeaf()) {
             Node& x = a_.nodes[pair.a.Index()];
             const Leaf& y = b_.leaves[pair.b.Index()];
             for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1)
-                stack.push_back({ChildOf(a_, x, FirstBit(m)), pair.b});
+                stack.push_back({ChildOf(a_, x, FirstBit(m), scratch_.grow), pair.b});
         } else {
             VisitNodes(a_.nodes[pair.a.Index()], b_.nodes[pair.b.Index()], stack);
         }
@@ -166,9 +171,9 @@ class Descent {
             const unsigned i = FirstBit(m);
             unsigned k = columns & Meeting(y.boxes, x.boxes, i);
             if (k == 0) continue;
-            const ChildRef child = ChildOf(a_, x, i);
+            const ChildRef child = ChildOf(a_, x, i, scratch_.grow);
             for (; k != 0; k &= k - 1)
-                stack.push_back({child, ChildOf(b_, y, FirstBit(k))});
+                stack.push_back({child, ChildOf(b_, y, FirstBit(k), scratch_.grow)});
         }
     }
 
@@ -304,6 +309,7 @@ class Descent {
     MeshTree& a_;
     MeshTree& b_;
     const Query& query_;
+    Scratch& scratch_ = ThreadScratch();
     const float reach_;
     bool full_ = false;
     PairQueue candidates_;

@@ -24,155 +24,247 @@
 HWY_BEFORE_NAMESPACE();
 namespace kycb::opcode::HWY_NAMESPACE {
 
-/// A triangle while it is sorted into children: its box, and its number in the mesh.
-struct alignas(16) Primitive {
-    float low[4];
-    float high[4];
-    std::uint32_t Id() const {
-        std::uint32_t id;
-        std::memcpy(&id, &idBits, sizeof(id));
-        return id;
-    }
-    std::uint32_t idBits;
-    std::uint32_t spare[3];
+/// A box as its low ends and its negated high ends (the fourth place of each is idle), so that one
+/// minimum unites two boxes.
+using Bounds = F8;
+
+HWY_INLINE Bounds EmptyBounds() {
+    return Broadcast<8>(std::numeric_limits<float>::max());
+}
+
+struct alignas(32) Item {
+    float bounds[8];
 };
 
-struct Bounds4 {
-    F4 low;
-    F4 high;
-
-    HWY_INLINE void Include(const Bounds4& other) {
-        low = Least(low, other.low);
-        high = Most(high, other.high);
-    }
+/// The triangles of a range while they are sorted into children, each as its bounds and its number
+/// in the mesh; twice, because parts are divided by copying.
+struct Items {
+    Item* HWY_RESTRICT items;
+    Item* HWY_RESTRICT otherItems;
+    std::uint32_t* HWY_RESTRICT ids;
+    std::uint32_t* HWY_RESTRICT otherIds;
+    std::uint8_t* HWY_RESTRICT bins;
 };
 
-HWY_INLINE Bounds4 EmptyBounds() {
-    const float largest = std::numeric_limits<float>::max();
-    return {Broadcast<4>(largest), Broadcast<4>(-largest)};
+/// The memory behind them, reused by all trees of a thread.
+class GrowScratch {
+  public:
+    Items Reserve(std::size_t count) {
+        if (items_.size() < 2 * count) {
+            items_.resize(2 * count);
+            ids_.resize(2 * count);
+            bins_.resize(count);
+        }
+        return {items_.data(), items_.data() + count, ids_.data(), ids_.data() + count,
+                bins_.data()};
+    }
+
+  private:
+    std::vector<Item> items_;
+    std::vector<std::uint32_t> ids_;
+    std::vector<std::uint8_t> bins_;
+};
+
+HWY_INLINE Bounds BoundsOf(const Item& item) {
+    return Load<8>(item.bounds);
 }
 
-HWY_INLINE Bounds4 BoundsOf(const Primitive& p) {
-    return {Load<4>(p.low), Load<4>(p.high)};
+/// Twice the middle of the box along an axis; infinite when that is too large.
+HWY_INLINE float TwiceMiddle(const Item& item, std::size_t axis) {
+    return item.bounds[axis] - item.bounds[4 + axis];
 }
 
-/// The middle of a box, without overflow.
-HWY_INLINE F4 Middle(const Bounds4& b) {
-    const F4 half = Broadcast<4>(0.5F);
-    return b.low * half + b.high * half;
-}
-
-HWY_INLINE float HalfArea(const Bounds4& b) {
-    alignas(16) float e[4];
-    Store(b.high - b.low, e);
-    return e[0] * e[1] + e[1] * e[2] + e[2] * e[0];
+HWY_INLINE float HalfArea(const Bounds& bounds) {
+    alignas(32) float e[8];
+    Store(bounds, e);
+    const float x = e[0] + e[4];
+    const float y = e[1] + e[5];
+    const float z = e[2] + e[6];
+    return x * y + y * z + z * x;
 }
 
 struct Part {
     std::uint32_t begin;
     std::uint32_t end;
-    Bounds4 bounds;
-    Bounds4 middles;
+    Bounds bounds;
     float area;
 
     std::uint32_t Count() const { return end - begin; }
 };
 
-HWY_INLINE Part MeasurePart(const Primitive* primitives, std::uint32_t begin, std::uint32_t end) {
-    Part part = {begin, end, EmptyBounds(), EmptyBounds(), 0.0F};
-    for (std::uint32_t i = begin; i < end; ++i) {
-        const Bounds4 b = BoundsOf(primitives[i]);
-        const F4 middle = Middle(b);
-        part.bounds.Include(b);
-        part.middles.Include({middle, middle});
-    }
-    part.area = HalfArea(part.bounds);
-    return part;
+HWY_INLINE Part MakePart(std::uint32_t begin, std::uint32_t end, const Bounds& bounds) {
+    return {begin, end, bounds, HalfArea(bounds)};
 }
 
-constexpr std::size_t kBins = 16;
+constexpr std::size_t kMostBins = 16;
+// Few triangles do not fill many bins.
+constexpr std::size_t kFewBins = 8;
+constexpr std::uint32_t kFewTriangles = 64;
 
 /// Maps middles to bins along one axis.
 struct Binning {
     std::size_t axis;
     float origin;
     float scale;
+    std::size_t count;
 
-    HWY_INLINE std::size_t BinOf(const Primitive& p) const {
-        const float middle = p.low[axis] * 0.5F + p.high[axis] * 0.5F;
-        const float place = (middle - origin) * scale;
-        return std::min(static_cast<std::size_t>(place), kBins - 1);
+    HWY_INLINE std::size_t BinOf(const Item& item) const {
+        const float place = (TwiceMiddle(item, axis) - origin) * scale;
+        return std::min(static_cast<std::size_t>(static_cast<std::int32_t>(place)), count - 1);
     }
 };
+
+/// Bins along the axis on which the middles spread the most; none (0 bins) when they are in one
+/// place, or so close or far that their bins would be no numbers.
+HWY_INLINE Binning FindBinning(const Items& all, const Part& part) {
+    F4 low = Broadcast<4>(std::numeric_limits<float>::max());
+    F4 high = -low;
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
+        const float* bounds = all.items[i].bounds;
+        const F4 middle = Load<4>(bounds) - Load<4>(bounds + 4);
+        low = Least(low, middle);
+        high = Most(high, middle);
+    }
+    alignas(16) float origin[4];
+    alignas(16) float extent[4];
+    Store(low, origin);
+    Store(high - low, extent);
+    std::size_t axis = 0;
+    for (std::size_t k = 1; k < 3; ++k)
+        if (extent[k] > extent[axis]) axis = k;
+    const std::size_t count = part.Count() < kFewTriangles ? kFewBins : kMostBins;
+    const float scale = static_cast<float>(count) / extent[axis];
+    const bool usable = extent[axis] > 0.0F && std::isfinite(scale) && std::isfinite(extent[axis]);
+    return {axis, origin[axis], scale, usable ? count : 0};
+}
 
 /// Leaves that so many triangles fill, as a float.
 HWY_INLINE float LeavesFor(std::uint32_t count) {
     return static_cast<float>((count + kWidth - 1) / kWidth);
 }
 
-/// The cheapest boundary between bins: the first bin of the upper half, or 0 when nothing divides.
-HWY_INLINE std::size_t FindBoundary(const Primitive* primitives, const Part& part,
-                                    const Binning& binning) {
-    Bounds4 bounds[kBins];
-    std::uint32_t count[kBins] = {};
-    for (std::size_t i = 0; i < kBins; ++i)
-        bounds[i] = EmptyBounds();
+/// How a part is divided: at the first bin of the upper half, or 0 when nothing divides it.
+struct Division {
+    std::size_t boundary;
+    Bounds lower;
+    Bounds upper;
+};
+
+/// The boundary between bins with the least sum of area times leaves. Remembers the bins.
+HWY_INLINE Division FindDivision(const Items& all, const Part& part, const Binning& binning) {
+    // Neighbours in the mesh fall into one bin: with two sets, they need not wait for each other.
+    alignas(32) float bounds[2][kMostBins][8];
+    std::uint32_t count[kMostBins];
+    for (std::size_t i = 0; i < binning.count; ++i) {
+        Store(EmptyBounds(), bounds[0][i]);
+        Store(EmptyBounds(), bounds[1][i]);
+        count[i] = 0;
+    }
+    const Items local = all;
     for (std::uint32_t i = part.begin; i < part.end; ++i) {
-        const std::size_t bin = binning.BinOf(primitives[i]);
-        bounds[bin].Include(BoundsOf(primitives[i]));
+        const std::size_t bin = binning.BinOf(local.items[i]);
+        local.bins[i] = static_cast<std::uint8_t>(bin);
+        float* sum = bounds[i & 1U][bin];
+        Store(Least(Load<8>(sum), BoundsOf(local.items[i])), sum);
         ++count[bin];
     }
-    float lowerCost[kBins];
-    Bounds4 sum = EmptyBounds();
-    std::uint32_t below = 0;
-    for (std::size_t i = 0; i + 1 < kBins; ++i) {
-        sum.Include(bounds[i]);
-        below += count[i];
-        lowerCost[i + 1] = below == 0 ? 0.0F : HalfArea(sum) * LeavesFor(below);
+    for (std::size_t i = 0; i < binning.count; ++i)
+        Store(Least(Load<8>(bounds[0][i]), Load<8>(bounds[1][i])), bounds[0][i]);
+    Bounds below[kMostBins];
+    std::uint32_t countBelow[kMostBins];
+    below[0] = EmptyBounds();
+    countBelow[0] = 0;
+    for (std::size_t i = 1; i < binning.count; ++i) {
+        below[i] = Least(below[i - 1], Load<8>(bounds[0][i - 1]));
+        countBelow[i] = countBelow[i - 1] + count[i - 1];
     }
-    sum = EmptyBounds();
-    std::uint32_t above = 0;
-    std::size_t best = 0;
+    Division best = {0, EmptyBounds(), EmptyBounds()};
     float bestCost = std::numeric_limits<float>::max();
-    for (std::size_t i = kBins - 1; i > 0; --i) {
-        sum.Include(bounds[i]);
-        above += count[i];
-        if (above == 0 || above == part.Count()) continue;
-        const float cost = lowerCost[i] + HalfArea(sum) * LeavesFor(above);
-        if (cost < bestCost) {
-            bestCost = cost;
-            best = i;
-        }
+    Bounds above = EmptyBounds();
+    for (std::size_t i = binning.count - 1; i > 0; --i) {
+        above = Least(above, Load<8>(bounds[0][i]));
+        const std::uint32_t countAbove = part.Count() - countBelow[i];
+        if (countAbove == 0 || countBelow[i] == 0) continue;
+        const float cost =
+            HalfArea(below[i]) * LeavesFor(countBelow[i]) + HalfArea(above) * LeavesFor(countAbove);
+        if (cost >= bestCost) continue;
+        bestCost = cost;
+        best = {i, below[i], above};
     }
     return best;
 }
 
-/// Reorders the part and returns where its upper half begins, strictly inside.
-HWY_INLINE std::uint32_t SplitPart(Primitive* primitives, const Part& part) {
-    const std::uint32_t half = part.begin + part.Count() / 2;
-    alignas(16) float origin[4];
-    alignas(16) float extent[4];
-    Store(part.middles.low, origin);
-    Store(part.middles.high - part.middles.low, extent);
-    std::size_t axis = 0;
-    for (std::size_t k = 1; k < 3; ++k)
-        if (extent[k] > extent[axis]) axis = k;
-    const float scale = static_cast<float>(kBins) / extent[axis];
-    // Middles in one place, or so close or far that their bins would be no numbers.
-    if (!(extent[axis] > 0.0F) || !std::isfinite(scale) || !std::isfinite(extent[axis]))
-        return half;
-    const Binning binning = {axis, origin[axis], scale};
-    const std::size_t boundary = FindBoundary(primitives, part, binning);
-    if (boundary == 0) return half;
+/// Moves the chosen triangles to the front, without branches: each is written to both places it
+/// may go to. Returns where the others begin.
+template <class IsLower>
+HWY_INLINE std::uint32_t MoveToFront(const Items& all, const Part& part, const IsLower& isLower) {
+    const Items local = all;
     std::uint32_t low = part.begin;
-    std::uint32_t high = part.end;
-    while (low < high) {
-        if (binning.BinOf(primitives[low]) < boundary)
-            ++low;
-        else
-            std::swap(primitives[low], primitives[--high]);
+    std::uint32_t high = 0;
+    for (std::uint32_t i = part.begin; i < part.end; ++i) {
+        const Bounds item = BoundsOf(local.items[i]);
+        const std::uint32_t id = local.ids[i];
+        const std::uint32_t step = isLower.Of(local, i);
+        Store(item, local.items[low].bounds);
+        Store(item, local.otherItems[high].bounds);
+        local.ids[low] = id;
+        local.otherIds[high] = id;
+        low += step;
+        high += 1 - step;
     }
+    std::copy_n(local.otherItems, high, local.items + low);
+    std::copy_n(local.otherIds, high, local.ids + low);
     return low;
+}
+
+struct IsInLowerBins {
+    std::size_t boundary;
+
+    HWY_INLINE std::uint32_t Of(const Items& all, std::uint32_t i) const {
+        return all.bins[i] < boundary ? 1 : 0;
+    }
+};
+
+struct IsBelowMiddle {
+    std::size_t axis;
+    float twiceMiddle;
+
+    HWY_INLINE std::uint32_t Of(const Items& all, std::uint32_t i) const {
+        return TwiceMiddle(all.items[i], axis) < twiceMiddle ? 1 : 0;
+    }
+};
+
+HWY_INLINE Bounds MeasureBounds(const Items& all, std::uint32_t begin, std::uint32_t end) {
+    Bounds bounds = EmptyBounds();
+    for (std::uint32_t i = begin; i < end; ++i)
+        bounds = Least(bounds, BoundsOf(all.items[i]));
+    return bounds;
+}
+
+// Above this, a division at the middle of the range is as good as the best one, and costs half.
+constexpr std::uint32_t kManyTriangles = 512;
+
+/// Divides a part in two, neither empty.
+inline void SplitPart(const Items& all, const Part& part, Part& lower, Part& upper) {
+    const Binning binning = FindBinning(all, part);
+    std::uint32_t middle = part.begin;
+    if (binning.count != 0 && part.Count() > kManyTriangles) {
+        const float halfway =
+            binning.origin + 0.5F * static_cast<float>(binning.count) / binning.scale;
+        middle = MoveToFront(all, part, IsBelowMiddle{binning.axis, halfway});
+    } else if (binning.count != 0) {
+        const Division division = FindDivision(all, part, binning);
+        if (division.boundary != 0) {
+            middle = MoveToFront(all, part, IsInLowerBins{division.boundary});
+            lower = MakePart(part.begin, middle, division.lower);
+            upper = MakePart(middle, part.end, division.upper);
+            return;
+        }
+    }
+    // Nothing to tell the triangles apart by: their order is as good as any.
+    if (middle == part.begin || middle == part.end) middle = part.begin + part.Count() / 2;
+    lower = MakePart(part.begin, middle, MeasureBounds(all, part.begin, middle));
+    upper = MakePart(middle, part.end, MeasureBounds(all, middle, part.end));
 }
 
 HWY_INLINE void StoreBoxIn(Boxes& boxes, std::size_t place, const float* low, const float* high) {
@@ -192,11 +284,27 @@ HWY_INLINE F8 SquaredLength(const F8x3& v) {
     return Dot(v, v);
 }
 
+/// A vertex in the first three lanes. Reads one float more than the vertex where the array goes
+/// on.
+HWY_INLINE F4 LoadVertex(const Opcode::MeshInterface& mesh, std::uint32_t ref) {
+    F4 r;
+    const float* from = &mesh.GetVerts()[ref].x;
+    alignas(16) float last[4];
+    if (ref + 1 == mesh.GetNbVertices()) {
+        last[3] = 0.0F;
+        std::memcpy(last, from, sizeof(IceMaths::Point));
+        from = last;
+    }
+    for (std::size_t i = 0; i < r.kParts; ++i)
+        r.part[i] = hn::LoadU(F4::Tag(), from + i * r.kLanes);
+    return r;
+}
+
 HWY_INLINE void CopyCorners(const Opcode::MeshInterface& mesh, std::uint32_t id,
                             float (*corner)[4]) {
     const auto& refs = mesh.GetTris()[id].mVRef;
     for (std::size_t k = 0; k < 3; ++k)
-        std::memcpy(corner[k], mesh.GetVerts() + refs[k], sizeof(IceMaths::Point));
+        Store(LoadVertex(mesh, refs[k]), corner[k]);
 }
 
 /// The planes of four triangles, from double precision.
@@ -272,7 +380,7 @@ HWY_INLINE void StoreRecords(const float (*corners)[3][4], const std::uint32_t* 
 
 HWY_INLINE void FillLeaf(const Opcode::MeshInterface& mesh, const std::uint32_t* ids,
                          std::uint32_t count, Leaf& leaf) {
-    alignas(32) float corners[kWidth][3][4] = {};
+    alignas(32) float corners[kWidth][3][4];
     const float* rows[kWidth];
     for (std::uint32_t i = 0; i < kWidth; ++i) {
         CopyCorners(mesh, ids[std::min(i, count - 1)], corners[i]);
@@ -302,26 +410,18 @@ HWY_INLINE void FillLeaf(const Opcode::MeshInterface& mesh, const std::uint32_t*
         StoreEmptyBoxIn(leaf.boxes, i);
 }
 
-HWY_INLINE void LoadPrimitive(const Opcode::MeshInterface& mesh, std::uint32_t id,
-                              Primitive& primitive) {
+HWY_INLINE void LoadItem(const Opcode::MeshInterface& mesh, std::uint32_t id, float* bounds) {
     const auto& refs = mesh.GetTris()[id].mVRef;
-    const IceMaths::Point& a = mesh.GetVerts()[refs[0]];
-    const IceMaths::Point& b = mesh.GetVerts()[refs[1]];
-    const IceMaths::Point& c = mesh.GetVerts()[refs[2]];
-    primitive.low[0] = std::min(std::min(a.x, b.x), c.x);
-    primitive.low[1] = std::min(std::min(a.y, b.y), c.y);
-    primitive.low[2] = std::min(std::min(a.z, b.z), c.z);
-    primitive.low[3] = 0.0F;
-    primitive.high[0] = std::max(std::max(a.x, b.x), c.x);
-    primitive.high[1] = std::max(std::max(a.y, b.y), c.y);
-    primitive.high[2] = std::max(std::max(a.z, b.z), c.z);
-    primitive.high[3] = 0.0F;
-    primitive.idBits = id;
+    const F4 a = LoadVertex(mesh, refs[0]);
+    const F4 b = LoadVertex(mesh, refs[1]);
+    const F4 c = LoadVertex(mesh, refs[2]);
+    Store(Least(Least(a, b), c), bounds);
+    Store(-Most(Most(a, b), c), bounds + 4);
 }
 
-/// Divides a range of triangles among up to eight children, largest part first.
-inline std::uint32_t DividePrimitives(Primitive* primitives, std::uint32_t count, Part* parts) {
-    parts[0] = MeasurePart(primitives, 0, count);
+/// Divides a range of triangles among up to eight children, the largest part first.
+inline std::uint32_t DivideRange(const Items& all, std::uint32_t count, Part* parts) {
+    parts[0] = MakePart(0, count, MeasureBounds(all, 0, count));
     std::uint32_t used = 1;
     while (used < kWidth) {
         std::uint32_t largest = kWidth;
@@ -331,67 +431,65 @@ inline std::uint32_t DividePrimitives(Primitive* primitives, std::uint32_t count
                 largest = i;
         if (largest == kWidth) break;
         const Part whole = parts[largest];
-        const std::uint32_t middle = SplitPart(primitives, whole);
-        parts[largest] = MeasurePart(primitives, whole.begin, middle);
-        parts[used++] = MeasurePart(primitives, middle, whole.end);
+        SplitPart(all, whole, parts[largest], parts[used]);
+        ++used;
     }
     return used;
 }
 
-/// Reused by all trees that a thread builds.
-inline std::vector<Primitive>& Scratch() {
-    thread_local std::vector<Primitive> scratch;
-    return scratch;
+inline void StoreBounds(const Bounds& bounds, float* low, float* high) {
+    alignas(32) float ends[8];
+    Store(bounds, ends);
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        low[axis] = ends[axis];
+        high[axis] = -ends[4 + axis];
+    }
 }
 
-inline ChildRef GrowNode(MeshTree& tree, TriangleRange range) {
-    std::vector<Primitive>& primitives = Scratch();
-    if (primitives.size() < range.count) primitives.resize(range.count);
+inline ChildRef GrowNode(MeshTree& tree, TriangleRange range, GrowScratch& scratch) {
+    const Items all = scratch.Reserve(range.count);
     std::uint32_t* order = tree.Order().data() + range.begin;
+    std::copy_n(order, range.count, all.ids);
     for (std::uint32_t i = 0; i < range.count; ++i)
-        LoadPrimitive(tree.Mesh(), order[i], primitives[i]);
+        LoadItem(tree.Mesh(), order[i], all.items[i].bounds);
     Part parts[kWidth];
-    const std::uint32_t used = DividePrimitives(primitives.data(), range.count, parts);
-    for (std::uint32_t i = 0; i < range.count; ++i)
-        order[i] = primitives[i].Id();
+    const std::uint32_t used = DivideRange(all, range.count, parts);
+    std::copy_n(all.ids, range.count, order);
 
     const std::uint32_t index = tree.nodes.Add();
     Node& node = tree.nodes[index];
-    node.count = used;
-    Bounds4 bounds = EmptyBounds();
+    Bounds bounds = EmptyBounds();
     for (std::uint32_t i = 0; i < kWidth; ++i) {
         node.child[i] = ChildRef::Pending();
         StoreEmptyBoxIn(node.boxes, i);
         if (i >= used) continue;
         node.range[i] = {range.begin + parts[i].begin, parts[i].Count()};
-        bounds.Include(parts[i].bounds);
-        alignas(16) float low[4];
-        alignas(16) float high[4];
-        Store(parts[i].bounds.low, low);
-        Store(parts[i].bounds.high, high);
+        bounds = Least(bounds, parts[i].bounds);
+        float low[3];
+        float high[3];
+        StoreBounds(parts[i].bounds, low, high);
         StoreBoxIn(node.boxes, i, low, high);
     }
-    Store(bounds.low, node.low);
-    Store(bounds.high, node.high);
+    StoreBounds(bounds, node.low, node.high);
     return ChildRef::OfNode(index);
 }
 
-inline ChildRef Grow(MeshTree& tree, TriangleRange range) {
-    if (range.count > kWidth) return GrowNode(tree, range);
+inline ChildRef Grow(MeshTree& tree, TriangleRange range, GrowScratch& scratch) {
+    if (range.count > kWidth) return GrowNode(tree, range, scratch);
     const std::uint32_t index = tree.leaves.Add();
     FillLeaf(tree.Mesh(), tree.Order().data() + range.begin, range.count, tree.leaves[index]);
     return ChildRef::OfLeaf(index);
 }
 
 /// The root, built when this is the first query that needs it; the tree must hold triangles.
-inline ChildRef RootOf(MeshTree& tree) {
+inline ChildRef RootOf(MeshTree& tree, GrowScratch& scratch) {
     if (tree.root.IsPending())
-        tree.root = Grow(tree, {0, static_cast<std::uint32_t>(tree.Order().size())});
+        tree.root = Grow(tree, {0, static_cast<std::uint32_t>(tree.Order().size())}, scratch);
     return tree.root;
 }
 
-HWY_INLINE ChildRef ChildOf(MeshTree& tree, Node& node, unsigned place) {
-    if (node.child[place].IsPending()) node.child[place] = Grow(tree, node.range[place]);
+HWY_INLINE ChildRef ChildOf(MeshTree& tree, Node& node, unsigned place, GrowScratch& scratch) {
+    if (node.child[place].IsPending()) node.child[place] = Grow(tree, node.range[place], scratch);
     return node.child[place];
 }
 

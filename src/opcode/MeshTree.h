@@ -90,7 +90,6 @@ struct alignas(32) Node {
     float high[4];
     std::array<ChildRef, kWidth> child;
     std::array<TriangleRange, kWidth> range;
-    std::uint32_t count;
 };
 
 /// Elements that never move, in blocks of one size.
