@@ -131,7 +131,7 @@ bool CollisionAlgorithm::CollisionCheck_Opcode(Opcode::Model* a, Opcode::Model* 
     collider.SetTemporalCoherence(false);
     // Only the region that all contacts span is used, and bodies deep inside each other touch in
     // very many triangles.
-    collider.SetContactScope(Opcode::ContactScope::kRegion);
+    collider.SetContactRegion(Opcode::ContactRegion::kOnly);
     collider.SetContactCallback(&IncludeInRegion, &region);
     if (!collider.Collide(cache, nullptr, nullptr)) return false;
     if (!collider.GetContactStatus() || collider.GetNbPairs() == 0) return false;

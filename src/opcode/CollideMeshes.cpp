@@ -216,7 +216,7 @@ class Descent {
     void Decide() {
         if (candidates_.count == 0) return;
         candidates_.Pad();
-        Verdict verdict = {0, 0, (1U << candidates_.count) - 1};
+        Verdict verdict = {0, 0, (1U << candidates_.count) - 1, 0};
         if (reach_ <= kLargestForSingle)
             verdict = query_.callback != nullptr || KeepsRegion()
                           ? TestInSingle<Ends::kWanted>(candidates_, ends_, regionLanes_)
@@ -239,7 +239,7 @@ class Descent {
         for (unsigned m = verdict.hit | verdict.doubt; m != 0 && !full_; m &= m - 1) {
             const unsigned i = FirstBit(m);
             if ((verdict.hit >> i & 1U) == 0) {
-                DecideExactly(*touching_.a[i], *touching_.b[i]);
+                DecideExactly(*touching_.a[i], *touching_.b[i], (verdict.flat >> i & 1U) != 0);
                 continue;
             }
             EmitSegment(touching_, i, (verdict.single >> i & 1U) != 0);
@@ -250,9 +250,11 @@ class Descent {
         touching_.count = 0;
     }
 
-    void DecideExactly(const TriangleRecord& a, const TriangleRecord& b) {
+    void DecideExactly(const TriangleRecord& a, const TriangleRecord& b, bool coplanar) {
         ContactPoints points;
-        if (!FindContact(TriangleOf(a), TriangleOf(b), points)) return;
+        const bool touch = coplanar ? FindCoplanarContact(TriangleOf(a), TriangleOf(b), points)
+                                    : FindContact(TriangleOf(a), TriangleOf(b), points);
+        if (!touch) return;
         EmitPair(a, b);
         for (std::size_t k = 0; k < points.count; ++k) {
             if (query_.callback != nullptr) query_.callback(points.p[k], query_.userData);

@@ -55,10 +55,15 @@ class Expansion {
         if (part != 0.0) parts_[static_cast<std::size_t>(size_++)] = part;
     }
 
-    /// -1, 0 or 1. The largest component outweighs the rest.
-    int Sign() const {
-        if (size_ == 0) return 0;
-        return parts_[static_cast<std::size_t>(size_ - 1)] > 0.0 ? 1 : -1;
+    /// The value, rounded, with its exact sign: the largest component outweighs the rest, which
+    /// rounding must not hide.
+    double Estimate() const {
+        if (size_ == 0) return 0.0;
+        double sum = 0.0;
+        for (int i = 0; i < size_; ++i)
+            sum += (*this)[i];
+        const double largest = (*this)[size_ - 1];
+        return (sum > 0.0) == (largest > 0.0) && sum != 0.0 ? sum : largest;
     }
 
   private:

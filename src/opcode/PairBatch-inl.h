@@ -58,6 +58,7 @@ struct Verdict {
     unsigned hit;     // touching, with segment ends
     unsigned single;  // of these, those with one point only
     unsigned doubt;   // to be decided by the next, more careful test
+    unsigned flat;    // of these, those whose vertices are known to lie in one plane
 };
 
 template <class P>
@@ -232,7 +233,7 @@ HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends, Regio
     const auto apart = (LeastOf(sideB) > toleranceB) | (MostOf(sideB) < -toleranceB) |
                        (LeastOf(sideA) > toleranceA) | (MostOf(sideA) < -toleranceA);
     const unsigned close = live & ~Bits(apart);
-    if (close == 0) return {0, 0, 0};
+    if (close == 0) return {0, 0, 0, 0};
 
     const auto sure = (LeastMagnitude(sideB) > toleranceB) & (LeastMagnitude(sideA) > toleranceA);
     const F8 zero = Broadcast<8>(0.0F);
@@ -272,7 +273,7 @@ HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends, Regio
         StoreVector(placed[0], ends.at[0]);
         StoreVector(placed[1], ends.at[1]);
     }
-    return {hit, 0, close & ~hit & ~passing};
+    return {hit, 0, close & ~hit & ~passing, 0};
 }
 
 // As in Predicates.cpp.
@@ -360,6 +361,7 @@ struct HalfVerdict {
     unsigned apart;
     unsigned hit;
     unsigned single;
+    unsigned flat;
 };
 
 /// Four of the pairs in double precision.
@@ -383,9 +385,14 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4
         Bits((leastA > zero) | (mostA < zero) | (leastB > zero) | (mostB < zero));
     const auto unknown = sideA[0].unknown | sideA[1].unknown | sideA[2].unknown | sideB[0].unknown |
                          sideB[1].unknown | sideB[2].unknown;
-    const auto flat = ((leastA == zero) & (mostA == zero)) | ((leastB == zero) & (mostB == zero));
+    const auto flatA = (leastA == zero) & (mostA == zero);
+    const auto flatB = (leastB == zero) & (mostB == zero);
+    const auto flat = flatA | flatB;
     const unsigned undecided = Bits(unknown | flat);
-    if ((apart | undecided) == 15U) return {apart, 0, 0};
+    const unsigned known = 15U & ~undecided & ~apart;
+    // A triangle of no area has zeros everywhere too, which the exact test sees to.
+    const unsigned allZero = ~apart & ~Bits(unknown) & Bits(flatA & flatB);
+    if (known == 0) return {apart, 0, 0, allZero};
 
     const LoneTriangle p = TurnToLone(a, sideA);
     const LoneTriangle q = TurnToLone(b, sideB);
@@ -407,7 +414,6 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4
     const D4x3 v2 = q2 - q.t.v[0];
     const SignLanes atStart = SignOfDot(u1w, v1);
     const SignLanes atEnd = SignOfDot(u2w, v2);
-    const unsigned known = 15U & ~undecided & ~apart;
     const unsigned passing = known & Bits((atStart.sign > zero) | (atEnd.sign < zero));
     const unsigned unsure = Bits(atStart.unknown | atEnd.unknown);
     const unsigned hit = known & ~passing & ~unsure;
@@ -426,7 +432,7 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4
         ends[0] = start;
         ends[1] = end;
     }
-    return {apart | passing, hit, single};
+    return {apart | passing, hit, single, allZero};
 }
 
 template <Half kHalf>
@@ -444,7 +450,7 @@ HWY_INLINE Verdict TestInDouble(const PairQueue& queue, SegmentEnds& ends) {
     D4x3 upperEnds[2] = {origin, origin};
     const HalfVerdict lower =
         TestInDouble(Widened<Half::kLower>(a), Widened<Half::kLower>(b), lowerEnds);
-    HalfVerdict upper = {0, 0, 0};
+    HalfVerdict upper = {0, 0, 0, 0};
     if (queue.count > 4)
         upper = TestInDouble(Widened<Half::kUpper>(a), Widened<Half::kUpper>(b), upperEnds);
     const unsigned hit = live & (lower.hit | upper.hit << 4);
@@ -456,7 +462,8 @@ HWY_INLINE Verdict TestInDouble(const PairQueue& queue, SegmentEnds& ends) {
             StoreVector(Least(Most(Narrowed(lowerEnds[end], upperEnds[end]), low), high),
                         ends.at[end]);
     }
-    return {hit, lower.single | upper.single << 4, live & ~apart & ~hit};
+    return {hit, lower.single | upper.single << 4, live & ~apart & ~hit,
+            lower.flat | upper.flat << 4};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE

@@ -19,11 +19,7 @@ constexpr double kUnit = 0x1p-53;
 constexpr double kBound2d = 4 * kUnit;
 constexpr double kBound3d = 8 * kUnit;
 
-int SignOf(double value) {
-    return (value > 0.0) - (value < 0.0);
-}
-
-int ExactSign3d(const Point& a, const Point& b, const Point& c, const Point& d) {
+double ExactVolume(const Point& a, const Point& b, const Point& c, const Point& d) {
     const auto bx = Difference(b.x, a.x);
     const auto by = Difference(b.y, a.y);
     const auto bz = Difference(b.z, a.z);
@@ -36,7 +32,7 @@ int ExactSign3d(const Point& a, const Point& b, const Point& c, const Point& d) 
     const auto x = Product(nx, Difference(d.x, a.x));
     const auto y = Product(ny, Difference(d.y, a.y));
     const auto z = Product(nz, Difference(d.z, a.z));
-    return Sum(Sum(x, y), z).Sign();
+    return Sum(Sum(x, y), z).Estimate();
 }
 
 std::pair<double, double> Kept(const Point& p, DroppedAxis dropped) {
@@ -53,7 +49,7 @@ std::pair<double, double> Kept(const Point& p, DroppedAxis dropped) {
 
 }  // namespace
 
-int OrientationSign(const Point& a, const Point& b, const Point& c, const Point& d) {
+double Orientation(const Point& a, const Point& b, const Point& c, const Point& d) {
     const double bx = static_cast<double>(b.x) - static_cast<double>(a.x);
     const double by = static_cast<double>(b.y) - static_cast<double>(a.y);
     const double bz = static_cast<double>(b.z) - static_cast<double>(a.z);
@@ -73,24 +69,24 @@ int OrientationSign(const Point& a, const Point& b, const Point& c, const Point&
     const double terms = (std::fabs(yz) + std::fabs(zy)) * std::fabs(dx) +
                          (std::fabs(zx) + std::fabs(xz)) * std::fabs(dy) +
                          (std::fabs(xy) + std::fabs(yx)) * std::fabs(dz);
-    if (terms == 0.0) return 0;
-    if (std::fabs(value) > kBound3d * terms) return SignOf(value);
-    return ExactSign3d(a, b, c, d);
+    if (terms == 0.0) return 0.0;
+    if (std::fabs(value) > kBound3d * terms) return value;
+    return ExactVolume(a, b, c, d);
 }
 
-int OrientationSign(const Point& a, const Point& b, const Point& c, DroppedAxis dropped) {
+double Orientation(const Point& a, const Point& b, const Point& c, DroppedAxis dropped) {
     const auto [au, av] = Kept(a, dropped);
     const auto [bu, bv] = Kept(b, dropped);
     const auto [cu, cv] = Kept(c, dropped);
     const double left = (bu - au) * (cv - av);
     const double right = (bv - av) * (cu - au);
     const double terms = std::fabs(left) + std::fabs(right);
-    if (terms == 0.0) return 0;
+    if (terms == 0.0) return 0.0;
     const double value = left - right;
-    if (std::fabs(value) > kBound2d * terms) return SignOf(value);
+    if (std::fabs(value) > kBound2d * terms) return value;
     return Sum(Product(Difference(bu, au), Difference(cv, av)),
                Negated(Product(Difference(bv, av), Difference(cu, au))))
-        .Sign();
+        .Estimate();
 }
 
 }  // namespace kycb::opcode

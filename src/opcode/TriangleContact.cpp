@@ -62,19 +62,6 @@ class CommonBox {
     std::array<float, 3> high_;
 };
 
-/// Twice the signed volume in plain double precision: good enough to place a point, not to decide.
-double RoundedVolume(const Triangle& t, const Point& p) {
-    const double ux = Difference(t.v[1].x, t.v[0].x);
-    const double uy = Difference(t.v[1].y, t.v[0].y);
-    const double uz = Difference(t.v[1].z, t.v[0].z);
-    const double wx = Difference(t.v[2].x, t.v[0].x);
-    const double wy = Difference(t.v[2].y, t.v[0].y);
-    const double wz = Difference(t.v[2].z, t.v[0].z);
-    return (uy * wz - uz * wy) * Difference(p.x, t.v[0].x) +
-           (uz * wx - ux * wz) * Difference(p.y, t.v[0].y) +
-           (ux * wy - uy * wx) * Difference(p.z, t.v[0].z);
-}
-
 /// The point that divides p-q as the weights tell, where `atP` and `atQ` are proportional to the
 /// distances of the ends from what cuts the segment. Rounding may leave both 0; then any point of
 /// the segment is as good as the other.
@@ -115,7 +102,7 @@ bool AllZero(const Signs& s) {
 Signs SidesOf(const Triangle& plane, const Triangle& t) {
     Signs s;
     for (std::size_t i = 0; i < 3; ++i)
-        s[i] = OrientationSign(plane.v[0], plane.v[1], plane.v[2], t.v[i]);
+        s[i] = SignOf(Orientation(plane.v[0], plane.v[1], plane.v[2], t.v[i]));
     return s;
 }
 
@@ -123,13 +110,17 @@ Triangle Turned(const Triangle& t, std::size_t first) {
     return {{t.v[first], t.v[(first + 1) % 3], t.v[(first + 2) % 3]}};
 }
 
+/// In proportion to the distance of a point from the plane of a triangle.
+double Above(const Triangle& plane, const Point& p) {
+    return Orientation(plane.v[0], plane.v[1], plane.v[2], p);
+}
+
 /// Where the edge from vertex 0 to vertex `end` of `t` passes the plane of `other`.
 Point Crossing(const Triangle& t, std::size_t end, const Signs& sides, const Triangle& other,
                const CommonBox& box) {
     if (sides[0] == 0) return t.v[0];
     if (sides[end] == 0) return t.v[end];
-    return Divided(t.v[0], t.v[end], RoundedVolume(other, t.v[0]), RoundedVolume(other, t.v[end]),
-                   box);
+    return Divided(t.v[0], t.v[end], Above(other, t.v[0]), Above(other, t.v[end]), box);
 }
 
 /// The case in which each triangle has points off the other's plane, so that both meet the common
@@ -154,7 +145,7 @@ bool FindCrossing(const Triangle& a0, const Signs& sidesA, const Triangle& b0, c
         std::swap(sa[1], sa[2]);
     }
     const auto order = [&](std::size_t i, std::size_t j) {
-        return OrientationSign(a.v[0], a.v[i], b.v[0], b.v[j]);
+        return SignOf(Orientation(a.v[0], a.v[i], b.v[0], b.v[j]));
     };
     // Along the common line, a covers [edge 2, edge 1] and b covers [edge 1, edge 2].
     const int atStartOfB = order(1, 1);
@@ -170,7 +161,7 @@ bool FindCrossing(const Triangle& a0, const Signs& sidesA, const Triangle& b0, c
 
 bool HasArea(const Triangle& t) {
     return std::any_of(kAllAxes.begin(), kAllAxes.end(), [&](DroppedAxis axis) {
-        return OrientationSign(t.v[0], t.v[1], t.v[2], axis) != 0;
+        return Orientation(t.v[0], t.v[1], t.v[2], axis) != 0;
     });
 }
 
@@ -197,13 +188,13 @@ std::optional<DroppedAxis> FindProjection(const Hull& a, const Hull& b) {
     const auto middle = std::copy_n(a.v.begin(), a.count, all.begin());
     const auto end = std::copy_n(b.v.begin(), b.count, middle);
     const auto n = static_cast<std::size_t>(end - all.begin());
-    if (a.count == 2 && b.count == 2 && OrientationSign(all[0], all[1], all[2], all[3]) != 0)
+    if (a.count == 2 && b.count == 2 && Orientation(all[0], all[1], all[2], all[3]) != 0)
         return std::nullopt;
     for (std::size_t i = 0; i < n; ++i)
         for (std::size_t j = i + 1; j < n; ++j)
             for (std::size_t k = j + 1; k < n; ++k)
                 for (const DroppedAxis axis : kAllAxes)
-                    if (OrientationSign(all[i], all[j], all[k], axis) != 0) return axis;
+                    if (Orientation(all[i], all[j], all[k], axis) != 0) return axis;
     // All on one line: any projection will do that keeps the line a line.
     const auto low = *std::min_element(all.begin(), end, LexicographicallyLess);
     const auto high = *std::max_element(all.begin(), end, LexicographicallyLess);
@@ -218,10 +209,10 @@ class PlanarContact {
         : a_(a), b_(b), box_(box) {
         for (std::size_t e = 0; e < b.Edges(); ++e)
             for (std::size_t i = 0; i < a.count; ++i)
-                ofA_[e][i] = OrientationSign(b.v[e], b.End(e), a.v[i], dropped);
+                ofA_[e][i] = Orientation(b.v[e], b.End(e), a.v[i], dropped);
         for (std::size_t e = 0; e < a.Edges(); ++e)
             for (std::size_t i = 0; i < b.count; ++i)
-                ofB_[e][i] = OrientationSign(a.v[e], a.End(e), b.v[i], dropped);
+                ofB_[e][i] = Orientation(a.v[e], a.End(e), b.v[i], dropped);
     }
 
     bool Find(ContactPoints& points) const {
@@ -236,42 +227,43 @@ class PlanarContact {
     }
 
   private:
-    using SignTable = std::array<Signs, 3>;
+    // Edge of the one set, vertex of the other: in proportion to the distance of the vertex from
+    // the edge's line, with the exact sign.
+    using SideTable = std::array<std::array<double, 3>, 3>;
 
-    static bool Contains(const Hull& hull, const SignTable& signs, std::size_t i, const Point& p) {
+    static bool Contains(const Hull& hull, const SideTable& sides, std::size_t i, const Point& p) {
         if (hull.count == 1) return Same(hull.v[0], p);
         if (hull.count == 2)
-            return signs[0][i] == 0 && !LexicographicallyLess(p, hull.v[0]) &&
+            return sides[0][i] == 0 && !LexicographicallyLess(p, hull.v[0]) &&
                    !LexicographicallyLess(hull.v[1], p);
-        const auto [least, most] = std::minmax({signs[0][i], signs[1][i], signs[2][i]});
+        const double least = std::min(std::min(sides[0][i], sides[1][i]), sides[2][i]);
+        const double most = std::max(std::max(sides[0][i], sides[1][i]), sides[2][i]);
         return least >= 0 || most <= 0;
     }
 
+    static bool AreOpposite(double s, double t) { return (s < 0 && t > 0) || (s > 0 && t < 0); }
+
     void AddCrossing(std::size_t e, std::size_t f, ContactPoints& points) const {
-        const std::size_t e1 = (e + 1) % a_.count;
-        const std::size_t f1 = (f + 1) % b_.count;
-        if (ofA_[f][e] * ofA_[f][e1] >= 0 || ofB_[e][f] * ofB_[e][f1] >= 0) return;
-        points.Add(Divided(a_.v[e], a_.v[e1], DistanceFromLine(b_.v[f], b_.v[f1], a_.v[e]),
-                           DistanceFromLine(b_.v[f], b_.v[f1], a_.v[e1]), box_));
+        const std::size_t e1 = e + 1 == a_.count ? 0 : e + 1;
+        const std::size_t f1 = f + 1 == b_.count ? 0 : f + 1;
+        if (!AreOpposite(ofA_[f][e], ofA_[f][e1]) || !AreOpposite(ofB_[e][f], ofB_[e][f1])) return;
+        points.Add(Divided(a_.v[e], a_.v[e1], ofA_[f][e], ofA_[f][e1], box_));
     }
 
-    /// Proportional to the distance of `p` from the line through `q` and `r`.
-    static double DistanceFromLine(const Point& q, const Point& r, const Point& p) {
-        const double ux = Difference(r.x, q.x);
-        const double uy = Difference(r.y, q.y);
-        const double uz = Difference(r.z, q.z);
-        const double wx = Difference(p.x, q.x);
-        const double wy = Difference(p.y, q.y);
-        const double wz = Difference(p.z, q.z);
-        return std::hypot(uy * wz - uz * wy, uz * wx - ux * wz, ux * wy - uy * wx);
-    }
-
-    const Hull& a_;
-    const Hull& b_;
+    const Hull a_;
+    const Hull b_;
     const CommonBox& box_;
-    SignTable ofA_{};
-    SignTable ofB_{};
+    SideTable ofA_{};
+    SideTable ofB_{};
 };
+
+DroppedAxis LargestComponentOfNormal(const Triangle& t) {
+    std::array<double, 3> size;
+    for (std::size_t k = 0; k < 3; ++k)
+        size[k] = std::fabs(Orientation(t.v[0], t.v[1], t.v[2], kAllAxes[k]));
+    return kAllAxes[static_cast<std::size_t>(std::max_element(size.begin(), size.end()) -
+                                             size.begin())];
+}
 
 /// A segment whose ends lie on different closed sides of the triangle's plane, not both in it.
 bool FindPiercing(const Hull& segment, const Triangle& t, const CommonBox& box,
@@ -279,17 +271,17 @@ bool FindPiercing(const Hull& segment, const Triangle& t, const CommonBox& box,
     const Point& p = segment.v[0];
     const Point& q = segment.v[1];
     const auto [least, most] =
-        std::minmax({OrientationSign(p, q, t.v[0], t.v[1]), OrientationSign(p, q, t.v[1], t.v[2]),
-                     OrientationSign(p, q, t.v[2], t.v[0])});
+        std::minmax({Orientation(p, q, t.v[0], t.v[1]), Orientation(p, q, t.v[1], t.v[2]),
+                     Orientation(p, q, t.v[2], t.v[0])});
     if (least < 0 && most > 0) return false;
-    const int sideP = OrientationSign(t.v[0], t.v[1], t.v[2], p);
-    const int sideQ = OrientationSign(t.v[0], t.v[1], t.v[2], q);
+    const double sideP = Above(t, p);
+    const double sideQ = Above(t, q);
     if (sideP == 0)
         points.Add(p);
     else if (sideQ == 0)
         points.Add(q);
     else
-        points.Add(Divided(p, q, RoundedVolume(t, p), RoundedVolume(t, q), box));
+        points.Add(Divided(p, q, sideP, sideQ, box));
     return true;
 }
 
@@ -319,6 +311,16 @@ bool IsFinite(const Triangle& t) {
     return std::all_of(t.v.begin(), t.v.end(), [](const Point& p) {
         return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
     });
+}
+
+bool FindCoplanarContact(const Triangle& a, const Triangle& b, ContactPoints& points) {
+    const CommonBox box(a, b);
+    // Along the largest component, the normal is the least likely to be 0.
+    const DroppedAxis dropped = LargestComponentOfNormal(a);
+    if (Orientation(a.v[0], a.v[1], a.v[2], dropped) == 0 ||
+        Orientation(b.v[0], b.v[1], b.v[2], dropped) == 0)
+        return FindContact(a, b, points);
+    return PlanarContact({a.v, 3}, {b.v, 3}, dropped, box).Find(points);
 }
 
 bool FindContact(const Triangle& a, const Triangle& b, ContactPoints& points) {

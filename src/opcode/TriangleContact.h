@@ -32,4 +32,7 @@ bool IsFinite(const Triangle& t);
 /// do, `points` (which must be empty) receives the corners of the common set, at least one.
 bool FindContact(const Triangle& a, const Triangle& b, ContactPoints& points);
 
+/// The same for triangles whose vertices are known to lie in one plane, faster.
+bool FindCoplanarContact(const Triangle& a, const Triangle& b, ContactPoints& points);
+
 }  // namespace kycb::opcode
