@@ -153,6 +153,8 @@ TEST(DefaultMapping, GivesDuctFittingsAndTerminalsNoClearance) {
 
 TEST(DefaultMapping, TellsCableCarriers) {
     EXPECT_EQ(PathOf(Product("IfcCableCarrierSegment").Predefined("CABLETRAYSEGMENT")),
+              L"电气/电缆桥架/桥架");
+    EXPECT_EQ(PathOf(Product("IfcCableCarrierSegment").Named("Tray pan 200x60")),
               L"电气/电缆桥架/托盘");
     EXPECT_EQ(PathOf(Product("IfcCableCarrierSegment").Predefined("CABLELADDERSEGMENT")),
               L"电气/电缆桥架/桥架");
@@ -225,7 +227,7 @@ TEST(DefaultMapping, ReadsGenericSegmentsByTypeWordsAndSection) {
               L"暖通/风管/其它风管");
     EXPECT_EQ(PathOf(Product("IfcFlowSegment").Section("rectangle")), L"暖通/风管/其它风管");
     EXPECT_EQ(PathOf(Product("IfcFlowSegment").Named("Cable Tray").Section("other")),
-              L"电气/电缆桥架/托盘");
+              L"电气/电缆桥架/桥架");
     EXPECT_EQ(PathOf(Product("IfcFlowSegment").Section("circle")), L"给排水/管道/其它管");
     EXPECT_EQ(PathOf(Product("IfcBuildingElementProxy").Named("风管 400x200")),
               L"暖通/风管/其它风管");
