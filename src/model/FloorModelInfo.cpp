@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "logic/StopRequest.h"
+#include "model/NeighbourIndex.h"
 
 namespace KYCOLLISION::MODEL {
 
@@ -67,10 +68,15 @@ void FloorModelInfo::BuildQuadTree() {
             tree->Insert(obj, obj->GetBoundingBox2d());
         }
     }
+    std::vector<ObjectModelInfo*> inTreeOrder;
+    tree->VisitNear(tree->GetBoundingBox(),
+                    [&](ObjectModelInfo* obj, const auto&) { inTreeOrder.push_back(obj); });
+    index_ = std::make_unique<kycb::model::NeighbourIndex>(inTreeOrder);
     quadTree_ = std::move(tree);
 }
 
 void FloorModelInfo::DropQuadTree() {
+    index_.reset();
     quadTree_.reset();
     boxesMoved_ = false;
 }
@@ -97,21 +103,21 @@ void FloorModelInfo::QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
                                  std::vector<ObjectModelInfo*>& found) {
     if (!quadTree_ || !box.IsIntersect(box_)) return;
     const KYTOOLS::GRAPH::BoundingBox2d plan = box.GetBoundingBox2d();
+    if (!plan.IsIntersect(quadTree_->GetBoundingBox())) return;
     const double low = box.GetMinZ() + kVerticalInset;
     const double high = box.GetMaxZ() - kVerticalInset;
-    const auto isAtHeight = [&](const ObjectModelInfo* obj) {
-        const KYTOOLS::GRAPH::BoundingBox3d& own = obj->box_;
-        return KYTOOLS::Numeric::IsDoubleRangeOverLap(own.GetMinZ(), own.GetMaxZ(), low, high);
-    };
-    if (boxesMoved_) {
-        // The place in the tree is that of the build, but the box that counts is the present one.
-        quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj, const auto&) {
-            if (obj->GetBoundingBox2d().IsIntersect(plan) && isAtHeight(obj)) found.push_back(obj);
-        });
+    if (!boxesMoved_) {
+        index_->Query(box, low, high, found);
         return;
     }
-    quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj, const auto& objPlan) {
-        if (objPlan.IsIntersect(plan) && isAtHeight(obj)) found.push_back(obj);
+    // A component's place in the tree is that of the build, but the box that counts is the present
+    // one, which the index does not know.
+    quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj, const auto&) {
+        const KYTOOLS::GRAPH::BoundingBox3d own = obj->GetBoundingBox();
+        if (own.GetBoundingBox2d().IsIntersect(plan) &&
+            KYTOOLS::Numeric::IsDoubleRangeOverLap(own.GetMinZ(), own.GetMaxZ(), low, high)) {
+            found.push_back(obj);
+        }
     });
 }
 
@@ -125,10 +131,37 @@ ObjectModelInfo* FloorModelInfo::GetObjectModelInfo(std::wstring guid) const {
     return nullptr;
 }
 
-void FloorModelInfo::AnalyseBoxRelated() {
+// The floors that can hold neighbours of this floor's components, in the order of the work set's
+// walk. The floor's own box does not serve, because a component that was moved may lie outside.
+std::vector<FloorModelInfo*> FloorModelInfo::FloorsNearby() {
+    std::vector<FloorModelInfo*> nearby;
+    const WorkSetModelInfo* workSet = project_ ? project_->GetBelongWorkSetModel() : nullptr;
+    if (!workSet) return nearby;
+    KYTOOLS::GRAPH::BoundingBox3d reach;
     for (const auto& [path, category] : categories_) {
         for (const auto& [guid, obj] : category->GetObjects()) {
-            obj->AnalyseBoxRelated();
+            reach.Add(obj->GetBoundingBox());
+        }
+    }
+    for (const auto& [id, project] : workSet->GetProjects()) {
+        if (!project) continue;
+        for (const auto& [name, floor] : project->GetFloors()) {
+            if (floor && floor->box_.IsIntersect(reach)) nearby.push_back(floor);
+        }
+    }
+    return nearby;
+}
+
+void FloorModelInfo::AnalyseBoxRelated() {
+    const std::vector<FloorModelInfo*> floors = FloorsNearby();
+    std::vector<ObjectModelInfo*> candidates;
+    for (const auto& [path, category] : categories_) {
+        for (const auto& [guid, obj] : category->GetObjects()) {
+            candidates.clear();
+            for (FloorModelInfo* floor : floors) {
+                floor->QueryEntity(obj->GetBoundingBox(), candidates);
+            }
+            obj->TakeNeighboursFrom(candidates);
         }
     }
 }

@@ -94,10 +94,13 @@ void ObjectModelInfo::AnalyseBoxRelated() {
     boxRelatedObjs_.clear();
     WorkSetModelInfo* workSet = GetBelongWorkset();
     if (!workSet) return;
-    // Collected in a shared buffer first, so that the list itself takes no more room than it needs.
-    std::vector<ObjectModelInfo*>& candidates = workSet->neighbourScratch_;
-    candidates.clear();
+    std::vector<ObjectModelInfo*> candidates;
     workSet->QueryEntity(box_, candidates);
+    TakeNeighboursFrom(candidates);
+}
+
+// Copied, so that the list takes no more room than it needs, while the candidates' is used again.
+void ObjectModelInfo::TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates) {
     std::erase_if(candidates, [this](const ObjectModelInfo* obj) { return IsSameComponent(*obj); });
     boxRelatedObjs_.assign(candidates.begin(), candidates.end());
 }

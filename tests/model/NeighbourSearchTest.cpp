@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <memory>
 #include <random>
 
@@ -42,7 +43,7 @@ bool Meet(const Rectangle& a, const Rectangle& b) {
 struct LiteralNode {
     Rectangle box;
     std::array<std::unique_ptr<LiteralNode>, 4> children;  // UR, LR, UL, LL
-    std::vector<std::pair<std::size_t, Rectangle>> held;
+    std::vector<std::pair<std::size_t, Rectangle>> held;   // with the box of the insertion
 
     void Insert(std::size_t item, const Rectangle& c) {
         const int quadrant = Choose(c);
@@ -237,7 +238,118 @@ TEST_P(RandomFloors, ListExactlyTheComponentsWhoseBoxesMeet) {
     }
 }
 
+// A literal floor over the components that a model's floor holds now.
+struct LiteralFloorOf {
+    FloorModelInfo* floor;
+    LiteralNode root;
+    std::vector<ObjectModelInfo*> objects;
+
+    explicit LiteralFloorOf(FloorModelInfo* built)
+        : floor(built), root{PlanOf(built->GetFloorBox()), {}, {}} {
+        for (const auto& [path, category] : floor->GetCategories()) {
+            for (const auto& [guid, obj] : category->GetObjects()) {
+                root.Insert(objects.size(), PlanOf(obj->GetBoundingBox()));
+                objects.push_back(obj);
+            }
+        }
+    }
+
+    // Node by node as built, component by component as they are now.
+    void Query(const LiteralNode& node, const BoundingBox3d& box,
+               std::vector<ObjectModelInfo*>& found) const {
+        if (!Meet(PlanOf(box), node.box)) return;
+        for (const auto& [item, c] : node.held) {
+            const BoundingBox3d own = objects[item]->GetBoundingBox();
+            if (Meet(PlanOf(own), PlanOf(box)) && IsAtHeight(own, box)) {
+                found.push_back(objects[item]);
+            }
+        }
+        for (const auto& child : node.children) {
+            if (child) Query(*child, box, found);
+        }
+    }
+};
+
+enum class Moved { kBeforeTheBuild, kAfterTheBuild };
+
+// Moves some components, also out of their floors, and adds others that no tree holds.
+void ExpectLiteralNeighboursOfMovedComponents(unsigned seed, Moved moved) {
+    const SceneBuilder scene = RandomScene(seed, 600, 8000);
+    const SceneBuilder elsewhere = RandomScene(seed + 1, 600, 14000);
+    const auto model = scene.BuildModel();
+    const auto objects = ObjectsInWalkOrder(*model);
+    const auto moveSome = [&] {
+        for (std::size_t i = 0; i < objects.size(); i += 5) {
+            objects[i]->SetBoundingBox(elsewhere.Components()[i].box);
+        }
+    };
+    if (moved == Moved::kBeforeTheBuild) moveSome();
+    std::vector<LiteralFloorOf> floors;
+    for (const auto& [id, project] : model->GetProjects()) {
+        for (const auto& [name, floor] : project->GetFloors()) {
+            floor->BuildQuadTree();
+            floors.emplace_back(floor);
+            floor->AppendObject(L"late", L"late", L"",
+                                NewObject(L"l", {9000, 0, 0, 12000, 9000, 5000}));
+        }
+    }
+    if (moved == Moved::kAfterTheBuild) moveSome();
+    model->AnalyseBoxRelated();
+    std::size_t hits = 0;
+    for (ObjectModelInfo* obj : ObjectsInWalkOrder(*model)) {
+        std::vector<ObjectModelInfo*> expected;
+        const BoundingBox3d box = obj->GetBoundingBox();
+        for (const LiteralFloorOf& floor : floors) {
+            if (box.IsIntersect(floor.floor->GetFloorBox())) floor.Query(floor.root, box, expected);
+        }
+        std::erase_if(expected, [&](const ObjectModelInfo* other) {
+            return other->GetObjGuid() == obj->GetObjGuid() &&
+                   other->GetProjId() == obj->GetProjId() &&
+                   other->GetFloorName() == obj->GetFloorName();
+        });
+        ASSERT_EQ(obj->GetBoxRelatedObjs(), expected);
+        obj->AnalyseBoxRelated();
+        ASSERT_EQ(obj->GetBoxRelatedObjs(), expected);
+        hits += expected.size();
+    }
+    EXPECT_GT(hits, objects.size());
+}
+
+TEST_P(RandomFloors, FollowTheLiteralRulesForComponentsThatWereMovedOrAddedLate) {
+    ExpectLiteralNeighboursOfMovedComponents(GetParam(), Moved::kBeforeTheBuild);
+    ExpectLiteralNeighboursOfMovedComponents(GetParam(), Moved::kAfterTheBuild);
+}
+
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomFloors, ::testing::Values(1U, 2U, 3U, 4U));
+
+TEST(AnalyseBoxRelated, CopesWithExtremeBoxes) {
+    constexpr double kInfinity = std::numeric_limits<double>::infinity();
+    constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {-1e300, -1e300, -1e300, 1e300, 1e300, 1e300});
+    scene.Add(L"b", kWall, {0, 0, 0, kInfinity, kInfinity, kInfinity});
+    scene.Add(L"c", kWall, {10, 10, 10, 20, 20, 20});
+    scene.Add(L"nan", kWall, {kNan, 0, 0, 10, 10, 10});
+    scene.Add(L"null", kWall, BoundingBox3d());
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(GuidsOf(ObjectOf(*model, L"a")->GetBoxRelatedObjs()), ElementsAre(L"b", L"c"));
+    EXPECT_THAT(GuidsOf(ObjectOf(*model, L"b")->GetBoxRelatedObjs()), ElementsAre(L"a", L"c"));
+    EXPECT_THAT(GuidsOf(ObjectOf(*model, L"c")->GetBoxRelatedObjs()), ElementsAre(L"a", L"b"));
+    EXPECT_THAT(ObjectOf(*model, L"nan")->GetBoxRelatedObjs(), IsEmpty());
+    EXPECT_THAT(ObjectOf(*model, L"null")->GetBoxRelatedObjs(), IsEmpty());
+}
+
+TEST(AnalyseBoxRelated, SeesDifferencesBelowSinglePrecision) {
+    // At 1e9 mm single precision knows steps of 64 mm only.
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {1e9, 0, 0, 1e9 + 100, 100, 100});
+    scene.Add(L"apart", kWall, {1e9 + 100.001, 0, 0, 1e9 + 200, 100, 100});
+    scene.Add(L"touching", kWall, {1e9 + 100, 0, 0, 1e9 + 100.0005, 100, 100});
+    const auto model = scene.BuildModel();
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(GuidsOf(ObjectOf(*model, L"a")->GetBoxRelatedObjs()), ElementsAre(L"touching"));
+}
 
 TEST(AnalyseBoxRelated, LeavesOutTheComponentItself) {
     SceneBuilder scene;

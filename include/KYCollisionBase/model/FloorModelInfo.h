@@ -26,6 +26,9 @@ class KyResultItem;
 struct CExistingHole;
 }  // namespace KYCOLLISION::RESULT
 struct SObjAttInfo;
+namespace kycb::model {
+class NeighbourIndex;
+}
 
 namespace KYCOLLISION::MODEL {
 
@@ -136,6 +139,7 @@ class KYCB_API FloorModelInfo {
     using AxisTree = KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>;
 
     void DropQuadTree();
+    std::vector<FloorModelInfo*> FloorsNearby();
     void NoteMovedBox() { boxesMoved_ = true; }
     std::set<const AttCategoryModelInfo*> CategorySet() const;
     bool GetIsMainObj(LOGIC::IModelDataSource* source, ObjectModelInfo* a,
@@ -158,6 +162,7 @@ class KYCB_API FloorModelInfo {
     KYTOOLS::GRAPH::BoundingBox3d box_;
     std::map<std::wstring, AttCategoryModelInfo*> categories_;
     std::unique_ptr<ObjectTree> quadTree_;
+    std::unique_ptr<kycb::model::NeighbourIndex> index_;  // the tree's components, found faster
     bool boxesMoved_ = false;  // a component's box was set after the tree was built
 };
 

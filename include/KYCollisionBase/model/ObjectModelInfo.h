@@ -172,6 +172,7 @@ class KYCB_API ObjectModelInfo {
 
     std::map<std::wstring, std::wstring> ReadAttributes(const IModelDataSource* source) const;
     bool IsSameComponent(const ObjectModelInfo& other) const;
+    void TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates);
     bool IsFilteredOut(IModelDataSource* source, const Rule::KyAttrRangeFilter* filter) const;
     bool IsToBeTestedWith(IModelDataSource* source, const RelatedGuids& related,
                           ObjectModelInfo* other, const Rule::KyAttrRangeFilter* filter) const;

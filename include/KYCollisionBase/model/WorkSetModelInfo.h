@@ -65,14 +65,12 @@ class KYCB_API WorkSetModelInfo : public ICollisionModel {
   private:
     friend class AttCategoryModelInfo;
     friend class FloorModelInfo;
-    friend class ObjectModelInfo;
     friend class ProjectModelInfo;
 
     void ForgetComponentsOf(const std::set<const AttCategoryModelInfo*>& leaving);
 
     std::map<int, ProjectModelInfo*> projects_;
     SKyModelInfo modelInfo_;
-    std::vector<ObjectModelInfo*> neighbourScratch_;  // candidates of one component at a time
 };
 
 }  // namespace KYCOLLISION::MODEL
