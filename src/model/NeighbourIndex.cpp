@@ -21,6 +21,8 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kLargest = std::numeric_limits<float>::max();
 constexpr float kUnused = std::numeric_limits<float>::quiet_NaN();
 
+// Never above `value`, so that a rounded box holds the exact one. Beyond single precision the
+// conversion itself would be undefined.
 float RoundDown(double value) {
     if (value <= -static_cast<double>(kLargest)) return -kInfinity;
     if (value >= static_cast<double>(kLargest)) return kLargest;
@@ -46,7 +48,10 @@ std::uint32_t CellOf(double value, double low, double high) {
     return share > 0.0 ? static_cast<std::uint32_t>(std::min(share, 1.0) * 65535.0) : 0U;
 }
 
+// Neighbours on the Z-curve through the floor are mostly neighbours in plan, which keeps the nodes
+// small. A floor is too flat for its heights to help.
 std::uint32_t PlaceOnCurve(const BoundingBox3d& box, const BoundingBox3d& bounds) {
+    // Halved first: the sum of two far bounds could overflow.
     const double x = box.GetMinX() / 2.0 + box.GetMaxX() / 2.0;
     const double y = box.GetMinY() / 2.0 + box.GetMaxY() / 2.0;
     return Spread(CellOf(x, bounds.GetMinX(), bounds.GetMaxX())) |
@@ -158,6 +163,7 @@ void NeighbourIndex::Query(const BoundingBox3d& box, double low, double high,
     hits_.clear();
     Descend(levels_.size() - 1, 0, query);
     std::sort(hits_.begin(), hits_.end());
+    // Rounding outward lets boxes touch that lie apart, so the exact ones have the last word.
     for (const std::uint32_t rank : hits_) {
         ObjectModelInfo* obj = objects_[rank];
         const BoundingBox3d own = obj->GetBoundingBox();

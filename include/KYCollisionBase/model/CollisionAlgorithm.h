@@ -46,7 +46,9 @@ class KYCB_API CollisionAlgorithm {
     bool CollisionCheck(CQNIMPosition& p1, CQNIMPosition& p2);
 
   private:
+    // The modes in effect and the body offsets (mm), from the two rules' modes and the two kinds.
     void GetCollisionMode(int& modeA, int& offsetA, int& modeB, int& offsetB);
+    // The spacing between two services runs (mm).
     int GetGfjjDist(int kindA, int kindB);
     bool CollisionCheck_Opcode(Opcode::Model* a, Opcode::Model* b, CQNIMPosition& p1,
                                CQNIMPosition& p2);

@@ -68,9 +68,13 @@ class KYCB_API ProjectModelInfo {
     /// Deletes all floors. Components of other projects forget those of this one.
     void ReleaseModel();
 
+    // What the work set hands down and the floors do; see ICollisionModel and FloorModelInfo.
+
+    /// Appends the components of all floors that are near `box`.
     void QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
                      std::vector<ObjectModelInfo*>& found);
     ObjectModelInfo* GetObjectModelInfo(const FloorKey& floorKey, std::wstring guid) const;
+    /// Lets the components of one floor, or of all, list their neighbours anew.
     void AnalyseBoxRelated(const FloorKey& floorKey);
     void AnalyseBoxRelated();
     void CollisionCheck(LOGIC::IModelDataSource* source, const FloorKey& floorKey,
@@ -78,6 +82,7 @@ class KYCB_API ProjectModelInfo {
     int GetAllObjectNum(const FloorKey& floorKey);
     void ClearCollisionResultData();
     void ResetModelByCollisionRule(Rule::KyCollisionRuleMgr* rules);
+    /// The caller owns the items.
     void GetFloorCollisionResult(LOGIC::IModelDataSource* source, const FloorKey& floorKey,
                                  std::vector<RESULT::KyResultItem*>& items);
     void GetFloorExistingHoles(LOGIC::IModelDataSource* source, const FloorKey& floorKey,

@@ -39,9 +39,13 @@ class KYCB_API WorkSetModelInfo : public ICollisionModel {
     /// All projects by the id they were stored under.
     const std::map<int, ProjectModelInfo*>& GetProjects() const { return projects_; }
 
+    /// Replaces the host's description as a whole; the library only stores it.
     void SetModelInfo(const SKyModelInfo& info);
 
+    // The operations of the root act on all projects, or on the one that the key names.
+
     void ReleaseModel() override;
+    /// Neighbours are sought across floors and projects, in ascending order of their keys.
     void QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
                      std::vector<ObjectModelInfo*>& found) override;
     /// Null at once for an empty `guid`.
