@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-// SPDX-License-Identifier: Apache-2.0
 // KYCB_API marks what the shared object exports; everything else stays hidden.
 #pragma once
 
