@@ -224,6 +224,21 @@ TEST(MeshQuery, DoesNotDependOnWhatAModelMetBefore) {
     EXPECT_EQ(Query(used, other).pairs, Query(fresh, other).pairs);
 }
 
+TEST(MeshQuery, AnswersTheSameWhenTheWholeTreeWasBuiltBefore) {
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const BuiltMesh a(pair.a);
+        const BuiltMesh b(pair.b);
+        BuiltMesh wholeA(pair.a);
+        BuiltMesh wholeB(pair.b);
+        wholeA.Model().BuildWholeTree();
+        wholeB.Model().BuildWholeTree();
+        const QueryResult grown = Query(a, b);
+        const QueryResult built = Query(wholeA, wholeB);
+        EXPECT_EQ(grown.pairs, built.pairs) << pair.name;
+        EXPECT_TRUE(SameBits(grown.points, built.points)) << pair.name;
+    }
+}
+
 TEST(MeshQuery, CollidesAModelWithItself) {
     const MeshData mesh = Sphere({0, 0, 0}, 1, 6);
     const BuiltMesh model(mesh);
@@ -264,6 +279,12 @@ TEST(MeshQuery, LeavesOutTrianglesThatAreNotFinite) {
     EXPECT_LT(expected.size(), before.size());
     EXPECT_FALSE(expected.empty());
     EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected);
+}
+
+TEST(MeshQuery, BuildsNothingForAModelWithoutATree) {
+    BuiltMesh empty{MeshData{}};
+    empty.Model().BuildWholeTree();
+    EXPECT_EQ(empty.Model().GetTree(), nullptr);
 }
 
 TEST(MeshQuery, HandlesManyTrianglesInOnePlace) {
