@@ -153,8 +153,7 @@ std::map<FloorKey, std::vector<std::unique_ptr<KyResultItem>>> CollectResults(
 std::vector<ReportedFloor> ReportFloors(CCollisionCheck& check, const IfcWorkset& workset,
                                         const std::vector<SCollisionFloor>& allFloors,
                                         const std::set<std::wstring>& checkedNames) {
-    auto& root =
-        dynamic_cast<KYCOLLISION::MODEL::WorkSetModelInfo&>(*check.GetCollisionModel());
+    auto& root = dynamic_cast<KYCOLLISION::MODEL::WorkSetModelInfo&>(*check.GetCollisionModel());
     const auto results = CollectResults(check, allFloors);
     CandidateCounter candidates;
     std::vector<ReportedFloor> reported;

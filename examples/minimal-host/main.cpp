@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // The smallest host: two boxes that overlap, one rule set, one run, one clash.
-#include <KYCollisionBase/KYCollisionBase.h>
-
 #include <algorithm>
 #include <array>
 #include <iostream>
@@ -10,6 +8,8 @@
 #include <string>
 #include <utility>
 #include <vector>
+
+#include <KYCollisionBase/KYCollisionBase.h>
 
 namespace {
 
@@ -46,9 +46,18 @@ class BoxSource : public LOGIC::IModelDataSource {
             points[i].y = float((i & 2) != 0 ? box.GetMaxY() + offset : box.GetMinY() - offset);
             points[i].z = float((i & 4) != 0 ? box.GetMaxZ() + offset : box.GetMinZ() - offset);
         }
-        constexpr std::array<std::array<unsigned, 3>, 12> kFaces = {
-            {{0, 2, 1}, {1, 2, 3}, {4, 5, 6}, {5, 7, 6}, {0, 1, 4}, {1, 5, 4},
-             {2, 6, 3}, {3, 6, 7}, {0, 4, 2}, {2, 4, 6}, {1, 3, 5}, {3, 7, 5}}};
+        constexpr std::array<std::array<unsigned, 3>, 12> kFaces = {{{0, 2, 1},
+                                                                     {1, 2, 3},
+                                                                     {4, 5, 6},
+                                                                     {5, 7, 6},
+                                                                     {0, 1, 4},
+                                                                     {1, 5, 4},
+                                                                     {2, 6, 3},
+                                                                     {3, 6, 7},
+                                                                     {0, 4, 2},
+                                                                     {2, 4, 6},
+                                                                     {1, 3, 5},
+                                                                     {3, 7, 5}}};
         auto* triangles = new IceMaths::IndexedTriangle[kFaces.size()];
         for (std::size_t i = 0; i < kFaces.size(); ++i) {
             std::copy(kFaces[i].begin(), kFaces[i].end(), triangles[i].mVRef);
@@ -87,7 +96,8 @@ class BoxSource : public LOGIC::IModelDataSource {
     }
 };
 
-constexpr const wchar_t* kRules = LR"(<CollisionRule>
+constexpr const wchar_t* kRules =
+    LR"(<CollisionRule>
   <Specialty name="土建"><RuleItem gjtype="土建/墙/砼内墙" isvalid="true"/></Specialty>
   <Specialty name="暖通"><RuleItem gjtype="暖通/风管/送风管" isvalid="true"/></Specialty>
 </CollisionRule>)";
