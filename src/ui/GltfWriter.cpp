@@ -22,12 +22,7 @@
 namespace kycb {
 namespace {
 
-using QNIM::GeometryPrimitiveResource::CQNIMBoundArc;
-using QNIM::GeometryPrimitiveResource::CQNIMLineSegment;
 using QNIM::GeometryPrimitiveResource::CQNIMPosition;
-
-// Circles of some hundred millimetres look round with this.
-constexpr double kChordAngle = 5.0 * std::numbers::pi / 180.0;
 
 constexpr double kMetresPerMillimetre = 0.001;
 
@@ -64,54 +59,19 @@ struct Bounds {
 };
 
 // The ends of all lines of a node: two points a line.
-using LinePoints = std::vector<CQNIMPosition>;
-
-bool IsFinite(const CQNIMPosition& point) {
-    return std::isfinite(point.GetX()) && std::isfinite(point.GetY()) &&
-           std::isfinite(point.GetZ());
-}
-
-void AddLine(const CQNIMPosition& from, const CQNIMPosition& to, LinePoints& points) {
-    if (!IsFinite(from) || !IsFinite(to)) return;
-    points.push_back(from);
-    points.push_back(to);
-}
-
-void AddArc(const CQNIMBoundArc& arc, LinePoints& points) {
-    const double sweep = arc.GetSweepAngle();
-    if (!std::isfinite(sweep) || !std::isfinite(arc.GetStartAngle())) return;
-    const int chords = std::max(1, static_cast<int>(std::ceil(sweep / kChordAngle)));
-    CQNIMPosition from = arc.GetStartPt();
-    for (int i = 1; i <= chords; ++i) {
-        const CQNIMPosition to = arc.GetPtAt(arc.GetStartAngle() + sweep * i / chords);
-        AddLine(from, to, points);
-        from = to;
-    }
-}
-
-LinePoints LinesOf(const RecordedNode& node) {
-    LinePoints points;
-    for (const RecordedPrimitive& primitive : node.Primitives()) {
-        if (const auto* segment = std::get_if<CQNIMLineSegment>(&primitive.curve)) {
-            AddLine(segment->GetStartPt(), segment->GetEndPt(), points);
-        } else if (const auto* arc = std::get_if<CQNIMBoundArc>(&primitive.curve)) {
-            AddArc(*arc, points);
-        }
-    }
-    return points;
-}
+using LineEnds = std::vector<CQNIMPosition>;
 
 // One node of the file, in the order of the file's node list.
 struct FileNode {
     std::wstring name;
     SQNGIRGBClr color;
-    LinePoints lines;
+    LineEnds lines;
     std::vector<std::size_t> children;
 };
 
 std::size_t Collect(const RecordedNode& node, std::vector<FileNode>& nodes) {
     const std::size_t index = nodes.size();
-    nodes.push_back({node.Name(), node.Color(), LinesOf(node), {}});
+    nodes.push_back({node.Name(), node.Color(), LinePoints(node), {}});
     for (const auto& child : node.Children()) {
         const std::size_t below = Collect(*child, nodes);
         nodes[index].children.push_back(below);

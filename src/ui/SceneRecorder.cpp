@@ -2,9 +2,46 @@
 #include "KYCollisionBase/ui/SceneRecorder.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace kycb {
+namespace {
+
+using QNIM::GeometryPrimitiveResource::CQNIMBoundArc;
+using QNIM::GeometryPrimitiveResource::CQNIMLineSegment;
+using QNIM::GeometryPrimitiveResource::CQNIMPosition;
+
+// Circles of some hundred millimetres look round with this.
+constexpr double kChordAngle = 5.0 * std::numbers::pi / 180.0;
+
+using LineEnds = std::vector<CQNIMPosition>;
+
+bool IsFinite(const CQNIMPosition& point) {
+    return std::isfinite(point.GetX()) && std::isfinite(point.GetY()) &&
+           std::isfinite(point.GetZ());
+}
+
+void AddLine(const CQNIMPosition& from, const CQNIMPosition& to, LineEnds& points) {
+    if (!IsFinite(from) || !IsFinite(to)) return;
+    points.push_back(from);
+    points.push_back(to);
+}
+
+void AddArc(const CQNIMBoundArc& arc, LineEnds& points) {
+    const double sweep = arc.GetSweepAngle();
+    if (!std::isfinite(sweep) || !std::isfinite(arc.GetStartAngle())) return;
+    const int chords = std::max(1, static_cast<int>(std::ceil(sweep / kChordAngle)));
+    CQNIMPosition from = arc.GetStartPt();
+    for (int i = 1; i <= chords; ++i) {
+        const CQNIMPosition to = arc.GetPtAt(arc.GetStartAngle() + sweep * i / chords);
+        AddLine(from, to, points);
+        from = to;
+    }
+}
+
+}  // namespace
 
 RecordedNode::RecordedNode(RecordedNode* parent, QNGINodeId id, std::wstring name)
     : parent_(parent), id_(id), name_(std::move(name)) {}
@@ -44,6 +81,18 @@ void RecordedNode::Release() {
     if (parent_ == nullptr) return;
     // Deletes this node: nothing may be touched afterwards.
     std::erase_if(parent_->children_, [this](const auto& child) { return child.get() == this; });
+}
+
+std::vector<CQNIMPosition> LinePoints(const RecordedNode& node) {
+    LineEnds points;
+    for (const RecordedPrimitive& primitive : node.Primitives()) {
+        if (const auto* segment = std::get_if<CQNIMLineSegment>(&primitive.curve)) {
+            AddLine(segment->GetStartPt(), segment->GetEndPt(), points);
+        } else if (const auto* arc = std::get_if<CQNIMBoundArc>(&primitive.curve)) {
+            AddArc(*arc, points);
+        }
+    }
+    return points;
 }
 
 SceneRecorder::SceneRecorder() : root_(nullptr, kQNGISceneRoot, {}) {}

@@ -68,6 +68,11 @@ class KYCB_API RecordedNode final : public IQNGINode {
     std::vector<std::unique_ptr<RecordedNode>> children_;
 };
 
+/// The lines that a node's geometry is drawn with: two points each. Arcs become chords of at most
+/// 5 degrees. Geometry with coordinates that are not finite is left out, as are unknown curves.
+KYCB_API std::vector<QNIM::GeometryPrimitiveResource::CQNIMPosition> LinePoints(
+    const RecordedNode& node);
+
 /// A graphics context that only takes notes: for tests, for files (WriteGltf), and as the list
 /// from which a viewer draws.
 ///
