@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include "KYCollisionBase/result/KyResultItem.h"
+
+#include <string>
+
+namespace desk {
+
+/// The columns of the result list, from left to right.
+enum class ResultColumn : int {
+    kState,
+    kFloor,
+    kMainKind,
+    kMainName,
+    kSecondKind,
+    kSecondName,
+    kMainHeight,
+    kSecondHeight,
+    kAxisPosition,
+    kRemark,
+};
+inline constexpr int kResultColumnCount = 10;
+
+/// What a column holds for a result; for the state its number.
+std::wstring ColumnText(const KYCOLLISION::RESULT::KyResultItem& item, ResultColumn column);
+
+/// Major and minor category for display, joined by the results' separator.
+std::wstring KindText(const SObjAttInfo& info);
+
+}  // namespace desk

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QMatrix4x4>
+#include <QOpenGLBuffer>
+#include <QOpenGLShaderProgram>
+#include <QOpenGLVertexArrayObject>
+#include <QVector4D>
+
+#include "desk/core/SceneMeshes.h"
+#include "desk/view/Camera.h"
+
+namespace desk {
+
+/// Draws runs of triangles of a scene, flat shaded, each run in one colour.
+///
+/// All operations need the view's OpenGL context.
+class MeshRenderer {
+  public:
+    bool Initialize();
+    void Release();
+
+    /// Brings the triangles to the graphics card; null takes them away.
+    void Upload(const SceneMeshes* meshes);
+
+    /// Starts a frame. What lies outside of the section's heights (mm) is not drawn.
+    void Begin(const QMatrix4x4& viewProjection, const Camera& camera, float sectionBottom,
+               float sectionTop);
+    /// What lies nearer to the eye than this is not drawn from now on (mm); 0 at first.
+    void SetNearCut(float distance);
+    void Draw(const IndexRange& range, const QVector4D& color);
+    void End();
+
+  private:
+    QOpenGLShaderProgram program_;
+    QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer};
+    QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    QOpenGLVertexArrayObject layout_;
+};
+
+}  // namespace desk

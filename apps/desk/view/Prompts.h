@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QStringList>
+#include <optional>
+
+class QWidget;
+
+namespace desk {
+
+/// What is to become of changes that were not saved.
+enum class UnsavedAnswer { kSave, kDiscard, kCancel };
+
+/// The questions that the window asks its user. The default asks in dialogs; tests answer.
+class Prompts {
+  public:
+    virtual ~Prompts() = default;
+
+    virtual UnsavedAnswer AskUnsaved(QWidget* parent);
+    /// Empty when the user thought better of it.
+    virtual QStringList ChooseModels(QWidget* parent, const QString& reason);
+    virtual std::optional<QString> ChooseResultFile(QWidget* parent);
+    virtual std::optional<QString> ChooseSaveFile(QWidget* parent, const QString& suggestion);
+    virtual void ShowProblems(QWidget* parent, const QString& title, const QStringList& problems);
+};
+
+}  // namespace desk
