@@ -6,10 +6,12 @@
 #define HWY_TARGET_INCLUDE "opcode/CollideMeshes.cpp"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -165,6 +167,20 @@ class Descent {
         return inside;
     }
 
+    /// Asks for what the visit of a child reads first: its boxes, and the corners of a leaf.
+    static HWY_INLINE void Prefetch(MeshTree& tree, ChildRef child) {
+        constexpr std::size_t kLine = 64;
+        if (!child.IsLeaf()) {
+            const auto* node = reinterpret_cast<const char*>(&tree.nodes[child.Index()]);
+            for (std::size_t i = 0; i < sizeof(Boxes) + kLine; i += kLine)
+                hwy::Prefetch(node + i);
+            return;
+        }
+        const auto* leaf = reinterpret_cast<const char*>(&tree.leaves[child.Index()]);
+        for (std::size_t i = 0; i < offsetof(Leaf, record); i += kLine)
+            hwy::Prefetch(leaf + i);
+    }
+
     void VisitNodes(Node& x, Node& y, std::vector<NodePair>& stack) {
         const unsigned columns = Meeting(y.boxes, x.low, x.high);
         for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1) {
@@ -172,8 +188,12 @@ class Descent {
             unsigned k = columns & Meeting(y.boxes, x.boxes, i);
             if (k == 0) continue;
             const ChildRef child = ChildOf(a_, x, i, scratch_.grow);
-            for (; k != 0; k &= k - 1)
-                stack.push_back({child, ChildOf(b_, y, FirstBit(k), scratch_.grow)});
+            Prefetch(a_, child);
+            for (; k != 0; k &= k - 1) {
+                const ChildRef partner = ChildOf(b_, y, FirstBit(k), scratch_.grow);
+                Prefetch(b_, partner);
+                stack.push_back({child, partner});
+            }
         }
     }
 
@@ -324,6 +344,19 @@ void Descend(MeshTree& a, MeshTree& b, const Query& query) {
     Descent(a, b, query).Run();
 }
 
+void GrowAll(MeshTree& tree) {
+    GrowScratch& grow = ThreadScratch().grow;
+    std::vector<ChildRef> open = {RootOf(tree, grow)};
+    while (!open.empty()) {
+        const ChildRef next = open.back();
+        open.pop_back();
+        if (next.IsLeaf()) continue;
+        Node& node = tree.nodes[next.Index()];
+        for (unsigned i = 0; i < kWidth && node.range[i].count != 0; ++i)
+            open.push_back(ChildOf(tree, node, i, grow));
+    }
+}
+
 std::int64_t ThisTarget() {
     return HWY_TARGET;
 }
@@ -335,10 +368,16 @@ HWY_AFTER_NAMESPACE();
 namespace kycb::opcode {
 
 HWY_EXPORT(Descend);
+HWY_EXPORT(GrowAll);
 HWY_EXPORT(ThisTarget);
 
 std::int64_t QueryTarget() {
     return HWY_DYNAMIC_DISPATCH(ThisTarget)();
+}
+
+void BuildWholeTree(MeshTree& tree) {
+    tree.Bounds();
+    if (!tree.Order().empty()) HWY_DYNAMIC_DISPATCH(GrowAll)(tree);
 }
 
 void CollideMeshes(MeshTree& a, MeshTree& b, const Query& query) {

@@ -96,9 +96,8 @@ HWY_INLINE Part MakePart(std::uint32_t begin, std::uint32_t end, const Bounds& b
     return {begin, end, bounds, HalfArea(bounds)};
 }
 
-constexpr std::size_t kMostBins = 16;
-// Few triangles do not fill many bins.
-constexpr std::size_t kFewBins = 8;
+constexpr std::size_t kBins = 16;
+// Parts that become a handful of leaves are divided by count alone.
 constexpr std::uint32_t kFewTriangles = 64;
 
 /// Maps middles to bins along one axis.
@@ -132,10 +131,9 @@ HWY_INLINE Binning FindBinning(const Items& all, const Part& part) {
     std::size_t axis = 0;
     for (std::size_t k = 1; k < 3; ++k)
         if (extent[k] > extent[axis]) axis = k;
-    const std::size_t count = part.Count() < kFewTriangles ? kFewBins : kMostBins;
-    const float scale = static_cast<float>(count) / extent[axis];
+    const float scale = static_cast<float>(kBins) / extent[axis];
     const bool usable = extent[axis] > 0.0F && std::isfinite(scale) && std::isfinite(extent[axis]);
-    return {axis, origin[axis], scale, usable ? count : 0};
+    return {axis, origin[axis], scale, usable ? kBins : 0};
 }
 
 /// Leaves that so many triangles fill, as a float.
@@ -153,8 +151,8 @@ struct Division {
 /// The boundary between bins with the least sum of area times leaves. Remembers the bins.
 HWY_INLINE Division FindDivision(const Items& all, const Part& part, const Binning& binning) {
     // Neighbours in the mesh fall into one bin: with two sets, they need not wait for each other.
-    alignas(32) float bounds[2][kMostBins][8];
-    std::uint32_t count[kMostBins];
+    alignas(32) float bounds[2][kBins][8];
+    std::uint32_t count[kBins];
     for (std::size_t i = 0; i < binning.count; ++i) {
         Store(EmptyBounds(), bounds[0][i]);
         Store(EmptyBounds(), bounds[1][i]);
@@ -170,8 +168,8 @@ HWY_INLINE Division FindDivision(const Items& all, const Part& part, const Binni
     }
     for (std::size_t i = 0; i < binning.count; ++i)
         Store(Least(Load<8>(bounds[0][i]), Load<8>(bounds[1][i])), bounds[0][i]);
-    Bounds below[kMostBins];
-    std::uint32_t countBelow[kMostBins];
+    Bounds below[kBins];
+    std::uint32_t countBelow[kBins];
     below[0] = EmptyBounds();
     countBelow[0] = 0;
     for (std::size_t i = 1; i < binning.count; ++i) {
@@ -244,11 +242,36 @@ HWY_INLINE Bounds MeasureBounds(const Items& all, std::uint32_t begin, std::uint
 // Above this, a division at the middle of the range is as good as the best one, and costs half.
 constexpr std::uint32_t kManyTriangles = 512;
 
+/// Marks, in the bins, the lower half of a small part with 0 and the rest with 1, so that the lower
+/// half fills whole leaves: half-filled ones cost as much to visit as full ones.
+HWY_INLINE void MarkLowerLeaves(const Items& all, const Part& part, std::size_t axis) {
+    struct Place {
+        float middle;
+        std::uint32_t index;
+
+        bool operator<(const Place& other) const {
+            return middle != other.middle ? middle < other.middle : index < other.index;
+        }
+    };
+    Place places[kFewTriangles];
+    for (std::uint32_t i = 0; i < part.Count(); ++i) {
+        places[i] = {TwiceMiddle(all.items[part.begin + i], axis), part.begin + i};
+        all.bins[part.begin + i] = 1;
+    }
+    const std::uint32_t lower = (part.Count() / 2 + kWidth - 1) / kWidth * kWidth;
+    std::nth_element(places, places + lower, places + part.Count());
+    for (std::uint32_t i = 0; i < lower; ++i)
+        all.bins[places[i].index] = 0;
+}
+
 /// Divides a part in two, neither empty.
 inline void SplitPart(const Items& all, const Part& part, Part& lower, Part& upper) {
     const Binning binning = FindBinning(all, part);
     std::uint32_t middle = part.begin;
-    if (binning.count != 0 && part.Count() > kManyTriangles) {
+    if (part.Count() <= kFewTriangles) {
+        MarkLowerLeaves(all, part, binning.axis);
+        middle = MoveToFront(all, part, IsInLowerBins{1});
+    } else if (binning.count != 0 && part.Count() > kManyTriangles) {
         const float halfway =
             binning.origin + 0.5F * static_cast<float>(binning.count) / binning.scale;
         middle = MoveToFront(all, part, IsBelowMiddle{binning.axis, halfway});
@@ -461,6 +484,7 @@ inline ChildRef GrowNode(MeshTree& tree, TriangleRange range, GrowScratch& scrat
     Bounds bounds = EmptyBounds();
     for (std::uint32_t i = 0; i < kWidth; ++i) {
         node.child[i] = ChildRef::Pending();
+        node.range[i] = {0, 0};
         StoreEmptyBoxIn(node.boxes, i);
         if (i >= used) continue;
         node.range[i] = {range.begin + parts[i].begin, parts[i].Count()};

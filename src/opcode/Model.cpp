@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "opcode/MeshTree.h"
+#include "opcode/Query.h"
 
 namespace Opcode {
 namespace {
@@ -32,6 +33,10 @@ bool Model::Build(const OPCODECREATE& create) {
     if (mesh_ == nullptr || !IsUsable(*mesh_)) return false;
     if (mesh_->GetNbTriangles() > 0) tree_ = std::make_unique<kycb::opcode::MeshTree>(*mesh_);
     return true;
+}
+
+void Model::BuildWholeTree() {
+    if (tree_) kycb::opcode::BuildWholeTree(*tree_);
 }
 
 }  // namespace Opcode

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
-// Eight triangle pairs at a time. The test is the one of TriangleContact.cpp: the sides of the
-// vertices, the vertex that has the other plane to itself, and the order of the crossings along
-// the common line of the planes. It runs in single precision first; pairs that this cannot decide
-// (touching, coplanar, grazing) run in double precision, where terms that are all zero prove a
-// zero; what is left goes to the exact test.
+// Eight triangle pairs at a time. The test is the one of TriangleContact.cpp:
+// the sides of the vertices, the vertex that has the other plane to itself, and
+// the order of the crossings along the common line of the planes. It runs in
+// single precision first; pairs that this cannot decide (touching, coplanar,
+// grazing) run in double precision, where terms that are all zero prove a zero;
+// what is left goes to the exact test.
 
 #if defined(KYCB_OPCODE_PAIR_BATCH_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KYCB_OPCODE_PAIR_BATCH_INL_H_
@@ -33,7 +34,8 @@ struct PairQueue {
         b[count] = &recordB;
         ++count;
     }
-    /// Repeats the first pair: idle lanes then change nothing that the first does not.
+    /// Repeats the first pair: idle lanes then change nothing that the first does
+    /// not.
     HWY_INLINE void Pad() {
         for (unsigned i = count; i < kWidth; ++i) {
             a[i] = a[0];
@@ -53,7 +55,8 @@ struct alignas(32) RegionLanes {
     float high[3][kWidth];
 };
 
-/// The verdict on eight pairs, one bit each. A pair in none of them touches nothing.
+/// The verdict on eight pairs, one bit each. A pair in none of them touches
+/// nothing.
 struct Verdict {
     unsigned hit;     // touching, with segment ends
     unsigned single;  // of these, those with one point only
@@ -86,15 +89,16 @@ HWY_INLINE RecordsF8 GatherRecords(const TriangleRecord* const* records) {
             v[TriangleRecord::kEdges].w};
 }
 
-// Rounding of a volume of three differences in single precision: eight roundings of half an ulp
-// (2^-24) in each of six terms, each bounded by the product of the largest components. That is
-// 2.87e-6; the rest covers the rounding of the bound itself.
+// Rounding of a volume of three differences in single precision: eight
+// roundings of half an ulp (2^-24) in each of six terms, each bounded by the
+// product of the largest components. That is 2.87e-6; the rest covers the
+// rounding of the bound itself.
 constexpr float kVolumeError = 3.2e-6F;
 // Underflow: absolute errors far below what this adds.
 constexpr float kUnderflow = 0x1p-120F;
 
-/// The rounding error of a volume of two differences whose product of largest components is
-/// `area`, and one whose largest is `length`.
+/// The rounding error of a volume of two differences whose product of largest
+/// components is `area`, and one whose largest is `length`.
 HWY_INLINE F8 VolumeTolerance(const F8& area, const F8& length) {
     const F8 tiny = Broadcast<8>(kUnderflow);
     return (area * Broadcast<8>(kVolumeError) + tiny) * length + tiny;
@@ -109,14 +113,15 @@ HWY_INLINE TriangleLanes<P> TurnedTo(const TriangleLanes<P>& t, const M& isSecon
              Choose(isThird, t.v[1], Choose(isSecond, t.v[0], t.v[2]))}};
 }
 
-/// Volumes of an edge of a with an edge of b, both from the lone vertices: they order the
-/// crossings along the common line.
+/// Volumes of an edge of a with an edge of b, both from the lone vertices: they
+/// order the crossings along the common line.
 template <class P>
 struct EdgeVolumes {
     P o11, o12, o21, o22;
 };
 
-/// Exchanges what belongs to the second and third vertices of a (rows) and b (columns).
+/// Exchanges what belongs to the second and third vertices of a (rows) and b
+/// (columns).
 template <class P, class M>
 HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, const M& columns) {
     const EdgeVolumes<P> r = {Choose(rows, o.o21, o.o11), Choose(rows, o.o22, o.o12),
@@ -125,7 +130,8 @@ HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, cons
             Choose(columns, r.o22, r.o21), Choose(columns, r.o21, r.o22)};
 }
 
-/// One end of each common segment: on an edge of a or of b, from the lone vertex to another.
+/// One end of each common segment: on an edge of a or of b, from the lone
+/// vertex to another.
 struct EndChoice {
     PackMask<float, 8> onB;
     F8x3 to;
@@ -162,8 +168,9 @@ HWY_INLINE F8x3 MostCorner(const TriangleF8& t) {
     return Most(Most(t.v[0], t.v[1]), t.v[2]);
 }
 
-/// Where the chosen edges pass the plane of the other triangle: placed in double precision, and
-/// kept inside the common box of the two triangles, whatever the rounding.
+/// Where the chosen edges pass the plane of the other triangle: placed in
+/// double precision, and kept inside the common box of the two triangles,
+/// whatever the rounding.
 HWY_INLINE void PlaceEnds(const TriangleF8& a, const TriangleF8& b, const EndChoice (&choice)[2],
                           F8x3 (&ends)[2]) {
     D4x3 lower[2];
@@ -210,8 +217,9 @@ HWY_INLINE F8 LeastMagnitude(const F8 (&d)[3]) {
 
 enum class Ends { kNotWanted, kWanted };
 
-/// The test in single precision. Coordinates must be small enough for products of three, and the
-/// boxes of the triangles of each pair must meet. Ends, when wanted, go to `ends` and `region`.
+/// The test in single precision. Coordinates must be small enough for products
+/// of three, and the boxes of the triangles of each pair must meet. Ends, when
+/// wanted, go to `ends` and `region`.
 template <Ends kEnds>
 HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends, RegionLanes& region) {
     const unsigned live = (1U << queue.count) - 1;
@@ -279,7 +287,8 @@ HWY_INLINE Verdict TestInSingle(const PairQueue& queue, SegmentEnds& ends, Regio
 // As in Predicates.cpp.
 constexpr double kVolumeErrorDouble = 8 * 0x1p-53;
 
-/// Signs as -1, 0 and 1, and the lanes in which rounding hides them (their sign reads 0).
+/// Signs as -1, 0 and 1, and the lanes in which rounding hides them (their sign
+/// reads 0).
 struct SignLanes {
     D4 sign;
     PackMask<double, 4> unknown;
@@ -313,13 +322,15 @@ HWY_INLINE SignLanes SignOfDot(const BoundedNormal& n, const D4x3& v) {
     return {sign, (sign == zero) & (terms > zero)};
 }
 
-/// Which lanes have their lone vertex at `s`, with `p` and `q` the other two: as FindLoneVertex.
+/// Which lanes have their lone vertex at `s`, with `p` and `q` the other two:
+/// as FindLoneVertex.
 HWY_INLINE PackMask<double, 4> IsLone(const D4& s, const D4& p, const D4& q) {
     const D4 zero = Broadcast<4>(0.0);
     return (s * p <= zero) & (s * q <= zero) & ((Magnitude(s) > zero) | (p * q > zero));
 }
 
-/// One triangle of each pair turned to its lone vertex, and the signs of its vertices.
+/// One triangle of each pair turned to its lone vertex, and the signs of its
+/// vertices.
 struct LoneTriangle {
     TriangleD4 t;
     D4 sign[3];
@@ -344,16 +355,30 @@ HWY_INLINE LoneTriangle TurnToLone(const TriangleD4& t, const SignLanes (&s)[3])
     return r;
 }
 
-/// An end of the common segment on the edge from `from` to `to`, whose ends have the given signs
-/// and of which the first is at `distance` from the plane with `normal`.
-HWY_INLINE D4x3 EndOnEdge(const D4x3& from, const D4& fromSign, const D4x3& to, const D4& toSign,
-                          const D4& distance, const D4x3& normal) {
+/// The lone vertex, its sign, its distance from the other triangle's plane, and
+/// that plane's normal.
+struct EdgeStart {
+    D4x3 from;
+    D4 sign;
+    D4 distance;
+    D4x3 normal;
+};
+
+HWY_INLINE EdgeStart Choose(const PackMask<double, 4>& m, const EdgeStart& yes,
+                            const EdgeStart& no) {
+    return {Choose(m, yes.from, no.from), Choose(m, yes.sign, no.sign),
+            Choose(m, yes.distance, no.distance), Choose(m, yes.normal, no.normal)};
+}
+
+/// Where an edge passes the plane of the other triangle. An end that lies on
+/// the plane is the place itself.
+HWY_INLINE D4x3 EndOnEdge(const EdgeStart& start, const D4x3& to, const D4& toSign) {
     const D4 zero = Broadcast<4>(0.0);
-    const D4x3 edge = to - from;
-    const D4 quotient = -distance / Dot(normal, edge);
-    // A start on the plane is the end itself; so is a target on it.
-    const D4 t = Choose(fromSign == zero, zero, quotient);
-    const D4x3 inside = {from.x + t * edge.x, from.y + t * edge.y, from.z + t * edge.z};
+    const D4x3 edge = to - start.from;
+    const D4 quotient = -start.distance / Dot(start.normal, edge);
+    const D4 t = Choose(start.sign == zero, zero, quotient);
+    const D4x3 inside = {start.from.x + t * edge.x, start.from.y + t * edge.y,
+                         start.from.z + t * edge.z};
     return Choose(toSign == zero, to, inside);
 }
 
@@ -390,7 +415,8 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4
     const auto flat = flatA | flatB;
     const unsigned undecided = Bits(unknown | flat);
     const unsigned known = 15U & ~undecided & ~apart;
-    // A triangle of no area has zeros everywhere too, which the exact test sees to.
+    // A triangle of no area has zeros everywhere too, which the exact test sees
+    // to.
     const unsigned allZero = ~apart & ~Bits(unknown) & Bits(flatA & flatB);
     if (known == 0) return {apart, 0, 0, allZero};
 
@@ -419,16 +445,16 @@ HWY_INLINE HalfVerdict TestInDouble(const TriangleD4& a, const TriangleD4& b, D4
     const unsigned hit = known & ~passing & ~unsure;
     const unsigned single = hit & Bits((atStart.sign == zero) | (atEnd.sign == zero));
     if (hit != 0) {
-        const D4 distanceQ = Dot(normalA.value, q.t.v[0] - a.v[0]);
-        const D4 distanceP = Dot(normalB.value, p.t.v[0] - b.v[0]);
+        const EdgeStart onP = {p.t.v[0], p.sign[0], Dot(normalB.value, p.t.v[0] - b.v[0]),
+                               normalB.value};
+        const EdgeStart onQ = {q.t.v[0], q.sign[0], Dot(normalA.value, q.t.v[0] - a.v[0]),
+                               normalA.value};
         const auto startOnB = Dot(u2w.value, v1) >= zero;
         const auto endOnB = Dot(u1w.value, v2) < zero;
-        const D4x3 start =
-            Choose(startOnB, EndOnEdge(q.t.v[0], q.sign[0], q1, q1Sign, distanceQ, normalA.value),
-                   EndOnEdge(p.t.v[0], p.sign[0], p2, p2Sign, distanceP, normalB.value));
-        const D4x3 end =
-            Choose(endOnB, EndOnEdge(q.t.v[0], q.sign[0], q2, q2Sign, distanceQ, normalA.value),
-                   EndOnEdge(p.t.v[0], p.sign[0], p1, p1Sign, distanceP, normalB.value));
+        const D4x3 start = EndOnEdge(Choose(startOnB, onQ, onP), Choose(startOnB, q1, p2),
+                                     Choose(startOnB, q1Sign, p2Sign));
+        const D4x3 end = EndOnEdge(Choose(endOnB, onQ, onP), Choose(endOnB, q2, p1),
+                                   Choose(endOnB, q2Sign, p1Sign));
         ends[0] = start;
         ends[1] = end;
     }

@@ -2,7 +2,6 @@
 #include "opcode/Predicates.h"
 
 #include <cmath>
-#include <utility>
 
 #include "opcode/Expansion.h"
 
@@ -12,11 +11,11 @@ namespace {
 // Half an ulp of 1.0 in double precision.
 constexpr double kUnit = 0x1p-53;
 
-// Bounds on the rounding error of the determinants below, relative to the sum of the magnitudes of
-// their terms (Shewchuk 1997: 3 and 7 units plus terms of second order). Single-precision input
-// neither overflows nor underflows in products of three double-precision differences, so the
-// bounds hold for every finite input, and a sum of magnitudes of 0 proves an exact 0.
-constexpr double kBound2d = 4 * kUnit;
+// Bound on the rounding error of the volume, relative to the sum of the
+// magnitudes of its terms (Shewchuk 1997: 7 units plus terms of second order).
+// Single-precision input neither overflows nor underflows in products of three
+// double-precision differences, so the bound holds for every finite input, and
+// a sum of magnitudes of 0 proves an exact 0.
 constexpr double kBound3d = 8 * kUnit;
 
 double ExactVolume(const Point& a, const Point& b, const Point& c, const Point& d) {
@@ -33,18 +32,6 @@ double ExactVolume(const Point& a, const Point& b, const Point& c, const Point& 
     const auto y = Product(ny, Difference(d.y, a.y));
     const auto z = Product(nz, Difference(d.z, a.z));
     return Sum(Sum(x, y), z).Estimate();
-}
-
-std::pair<double, double> Kept(const Point& p, DroppedAxis dropped) {
-    switch (dropped) {
-        case DroppedAxis::kX:
-            return {p.y, p.z};
-        case DroppedAxis::kY:
-            return {p.z, p.x};
-        case DroppedAxis::kZ:
-            break;
-    }
-    return {p.x, p.y};
 }
 
 }  // namespace
@@ -74,18 +61,9 @@ double Orientation(const Point& a, const Point& b, const Point& c, const Point& 
     return ExactVolume(a, b, c, d);
 }
 
-double Orientation(const Point& a, const Point& b, const Point& c, DroppedAxis dropped) {
-    const auto [au, av] = Kept(a, dropped);
-    const auto [bu, bv] = Kept(b, dropped);
-    const auto [cu, cv] = Kept(c, dropped);
-    const double left = (bu - au) * (cv - av);
-    const double right = (bv - av) * (cu - au);
-    const double terms = std::fabs(left) + std::fabs(right);
-    if (terms == 0.0) return 0.0;
-    const double value = left - right;
-    if (std::fabs(value) > kBound2d * terms) return value;
-    return Sum(Product(Difference(bu, au), Difference(cv, av)),
-               Negated(Product(Difference(bv, av), Difference(cu, au))))
+double ExactOrientation(const Projected& a, const Projected& b, const Projected& c) {
+    return Sum(Product(Difference(b.u, a.u), Difference(c.v, a.v)),
+               Negated(Product(Difference(b.v, a.v), Difference(c.u, a.u))))
         .Estimate();
 }
 

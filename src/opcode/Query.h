@@ -26,6 +26,9 @@ struct Query {
 /// Makes what it needs of both trees, so neither may be in use by another thread.
 void CollideMeshes(MeshTree& a, MeshTree& b, const Query& query);
 
+/// Builds all of a tree that queries would build as they go.
+void BuildWholeTree(MeshTree& tree);
+
 /// The instruction set (a HWY_* target) that queries run on.
 std::int64_t QueryTarget();
 

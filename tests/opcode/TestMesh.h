@@ -59,6 +59,7 @@ class BuiltMesh {
     const MeshData& Data() const { return data_; }
     const Opcode::MeshInterface& Mesh() const { return mesh_; }
     const Opcode::Model& Model() const { return model_; }
+    Opcode::Model& Model() { return model_; }
     bool Accepted() const { return accepted_; }
 
   private:

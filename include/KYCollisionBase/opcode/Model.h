@@ -41,6 +41,11 @@ class KYCB_API Model {
     /// @return whether the mesh was accepted.
     bool Build(const OPCODECREATE& create);
 
+    /// Builds the whole hierarchy now, so that no query has to. Pays for a large mesh that meets
+    /// many others, or when models are prepared on several threads. Without a tree it does nothing.
+    /// @throws std::bad_alloc when memory runs out; the model stays usable.
+    void BuildWholeTree();
+
     /// The mesh last given to `Build`, also when it was refused (so that its owner finds it to
     /// free it); null before the first call.
     const MeshInterface* GetMeshInterface() const { return mesh_; }

@@ -102,16 +102,19 @@ TEST(DefaultMapping, TellsFrameMembersByMaterial) {
     EXPECT_EQ(PathOf(Product("IfcBeam").Named("Latei 100x60")), L"土建/梁/过梁");
     EXPECT_EQ(PathOf(Product("IfcMember").Of("Steel")), L"土建/几何构件/钢梁");
     EXPECT_EQ(PathOf(Product("IfcPlate").Of("Staal")), L"土建/几何构件/钢板");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Of("MISCELLANEOUS/PVC")), L"给排水/管道/废水管");
 }
 
 TEST(DefaultMapping, TellsSlabsStairsAndFoundations) {
     EXPECT_EQ(PathOf(Product("IfcSlab").Predefined("FLOOR")), L"土建/楼梯楼板/现浇板");
     EXPECT_EQ(PathOf(Product("IfcSlab").TypeNamed("Kanaalplaat 200")), L"土建/楼梯楼板/预制板");
-    EXPECT_EQ(PathOf(Product("IfcSlab").Predefined("ROOF")), L"土建/几何构件/几何板");
+    EXPECT_EQ(PathOf(Product("IfcSlab").Predefined("BASESLAB")), L"土建/楼梯楼板/现浇板");
+    EXPECT_EQ(PathOf(Product("IfcSlab").PartOf("IfcRoof")), L"土建/几何构件/几何板");
     EXPECT_EQ(PathOf(Product("IfcRoof")), L"土建/几何构件/几何板");
     EXPECT_EQ(PathOf(Product("IfcStair")), L"土建/楼梯楼板/楼梯");
     EXPECT_EQ(PathOf(Product("IfcStairFlight").PartOf("IfcStair")), L"土建/楼梯楼板/梯段");
-    EXPECT_EQ(PathOf(Product("IfcSlab").PartOf("IfcStair")), L"土建/楼梯楼板/楼梯");
+    EXPECT_EQ(PathOf(Product("IfcSlab").PartOf("IfcStair")), L"土建/楼梯楼板/现浇板");
+    EXPECT_EQ(PathOf(Product("IfcMember").PartOf("IfcStair")), L"土建/楼梯楼板/楼梯");
     EXPECT_EQ(PathOf(Product("IfcRamp")), L"土建/几何构件/几何板");
     EXPECT_EQ(PathOf(Product("IfcFooting").Predefined("STRIP_FOOTING")), L"土建/基础/条形基础");
     EXPECT_EQ(PathOf(Product("IfcFooting")), L"土建/基础/独立基础");

@@ -21,6 +21,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "ConvertedModels.h"
 #include "SceneBuilder.h"
 #include "ifchost/BuiltinRules.h"
 #include "ifchost/IfcDataSource.h"
@@ -95,6 +96,7 @@ class Host {
 
   private:
     TemporaryFolder folder_;
+    testing::SilentMessages silence_;
     std::shared_ptr<const IfcWorkset> workset_;
     CCollisionCheck check_;
     IfcDataSource* source_ = nullptr;
