@@ -15,9 +15,13 @@ namespace kyclash {
 struct CheckOptions {
     std::vector<std::filesystem::path> models;
     std::optional<std::filesystem::path> mapping;  ///< none: the mapping that ships with us
-    std::vector<std::string> floors;               ///< names; empty: every floor
-    std::filesystem::path cacheDir;                ///< empty: the converter's default
-    int circleSegments = 24;                       ///< chords of a full circle
+    std::optional<std::filesystem::path> rules;    ///< none: the rules that ship with us
+    std::optional<std::filesystem::path> systemRoot;
+    std::optional<std::filesystem::path> outDir;    ///< none: no files are written
+    std::optional<std::filesystem::path> previous;  ///< result file of the run before
+    std::vector<std::string> floors;                ///< names; empty: every floor
+    std::filesystem::path cacheDir;                 ///< empty: the converter's default
+    int circleSegments = 24;                        ///< chords of a full circle
     ReportFormat format = ReportFormat::Text;
     PairListing listing = PairListing::Shortened;
     bool quiet = false;  ///< no progress, even on a terminal

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kyclash/CheckReport.h"
 
-#include <cstdio>
+#include <algorithm>
 #include <ostream>
 
 #include <nlohmann/json.hpp>
+
+#include "kyclash/NumberText.h"
 
 namespace kyclash {
 namespace {
@@ -13,15 +15,13 @@ using Json = nlohmann::ordered_json;
 
 // So many pairs of a floor are named when the list is shortened.
 constexpr std::size_t kShortList = 20;
-
-std::string Fixed(double value, int decimals) {
-    std::array<char, 64> buffer{};
-    std::snprintf(buffer.data(), buffer.size(), "%.*f", decimals, value);
-    return buffer.data();
-}
+// So many names of a longer list, remarks on the rules, digits of a hash.
+constexpr std::size_t kShownNames = 5;
+constexpr std::size_t kShownRemarks = 20;
+constexpr std::size_t kShownDigits = 12;
 
 std::string PointText(const std::array<double, 3>& point) {
-    return Fixed(point[0], 0) + ", " + Fixed(point[1], 0) + ", " + Fixed(point[2], 0);
+    return FixedText(point[0], 0) + ", " + FixedText(point[1], 0) + ", " + FixedText(point[2], 0);
 }
 
 std::string ComponentText(const ReportedComponent& component) {
@@ -29,10 +29,76 @@ std::string ComponentText(const ReportedComponent& component) {
     return component.category + "  \"" + name + "\"  " + component.guid;
 }
 
+// "a, b, c and 5 more"
+std::string ShortText(const std::vector<std::string>& items) {
+    std::string text;
+    const std::size_t shown = std::min(items.size(), kShownNames);
+    for (std::size_t i = 0; i < shown; ++i)
+        text += (i > 0 ? ", " : "") + items[i];
+    if (shown < items.size()) text += " and " + std::to_string(items.size() - shown) + " more";
+    return text;
+}
+
+std::string CountsText(const std::map<std::string, std::size_t>& counts) {
+    std::string text;
+    for (const auto& [name, count] : counts) {
+        text += text.empty() ? "" : ", ";
+        text += name + " for " + std::to_string(count) + (count == 1 ? " kind" : " kinds");
+    }
+    return text;
+}
+
+// Enough of a hash to tell two files apart at a glance; the JSON report has all of it.
+std::string ShortHash(const std::string& hash) {
+    return hash.empty() ? std::string() : " (sha256 " + hash.substr(0, kShownDigits) + ")";
+}
+
+void WriteKinds(const char* text, const std::vector<ReportedKind>& kinds, std::ostream& out) {
+    for (const ReportedKind& kind : kinds)
+        out << text << kind.components << " x " << kind.path << '\n';
+}
+
+void WriteRules(const ReportedRules& rules, PairListing listing, std::ostream& out) {
+    out << "rules: " << rules.file << ShortHash(rules.contentHash) << '\n';
+    if (!rules.modes.empty()) out << "  modes: " << CountsText(rules.modes) << '\n';
+    if (!rules.filters.empty()) out << "  filters: " << CountsText(rules.filters) << '\n';
+    const bool isShort = listing == PairListing::Shortened;
+    const std::size_t shown =
+        isShort ? std::min(rules.remarks.size(), kShownRemarks) : rules.remarks.size();
+    for (std::size_t i = 0; i < shown; ++i)
+        out << "  warning: " << rules.remarks[i] << '\n';
+    if (shown < rules.remarks.size()) {
+        out << "  warning: and " << rules.remarks.size() - shown
+            << " more remarks (kyclash rules validate names them all)\n";
+    }
+    WriteKinds("  warning: not checked, for want of a rule: ", rules.withoutRule, out);
+    WriteKinds("  switched off by its rule: ", rules.switchedOff, out);
+    if (rules.withoutComponent.empty()) return;
+    out << "  warning: " << rules.withoutComponent.size()
+        << " rules matched no component: " << ShortText(rules.withoutComponent) << '\n';
+}
+
+void WriteUse(const CheckReport& report, PairListing listing, std::ostream& out) {
+    out << "kyclash " << report.version << ", mapping: " << report.mapping << ", "
+        << report.circleSegments << " chords a circle\n";
+    WriteRules(report.rules, listing, out);
+}
+
+void WriteHistory(const CheckReport& report, std::ostream& out) {
+    if (!report.history) return;
+    out << "compared with " << report.history->file << ":";
+    for (std::size_t i = 0; i < kClashStatusCount; ++i) {
+        out << (i > 0 ? ", " : " ") << report.history->counts[i] << ' '
+            << StatusText(static_cast<ClashStatus>(i));
+    }
+    out << '\n';
+}
+
 void WriteModels(const CheckReport& report, std::ostream& out) {
     for (const ReportedModel& model : report.models) {
-        out << model.file << " (" << model.schema << "): " << model.products << " products, "
-            << model.checked << " checked, " << model.triangles << " triangles\n";
+        out << model.file << ShortHash(model.contentHash) << ", " << model.schema << ": "
+            << model.products << " products, " << model.checked << " checked, " << model.triangles
+            << " triangles\n";
         for (const auto& [reason, count] : model.skipped) {
             out << "  not checked: " << count << "  " << reason << '\n';
         }
@@ -48,9 +114,12 @@ void WriteModels(const CheckReport& report, std::ostream& out) {
     }
 }
 
-void WriteFloor(const ReportedFloor& floor, PairListing listing, std::ostream& out) {
+void WriteFloor(const ReportedFloor& floor, const CheckReport& report, PairListing listing,
+                std::ostream& out) {
     out << "\nfloor " << floor.name << ": " << floor.components << " components, "
         << floor.candidatePairs << " candidate pairs, " << floor.clashes.size() << " clashes\n";
+    for (const ReportedKindPair& pair : floor.kindPairs)
+        out << "  " << pair.count << "  " << pair.main << " x " << pair.second << '\n';
     std::size_t number = 0;
     for (const ReportedClash& clash : floor.clashes) {
         if (listing == PairListing::Shortened && number == kShortList) {
@@ -59,17 +128,21 @@ void WriteFloor(const ReportedFloor& floor, PairListing listing, std::ostream& o
             return;
         }
         out << "  " << ++number << ". " << ComponentText(clash.main) << "\n      x "
-            << ComponentText(clash.second) << "\n      at " << PointText(clash.point) << '\n';
+            << ComponentText(clash.second) << "\n      at " << PointText(clash.point);
+        if (!clash.axisPosition.empty()) out << ", axes " << clash.axisPosition;
+        if (report.history) out << ", " << StatusText(clash.status);
+        out << '\n';
     }
 }
 
 void WriteText(const CheckReport& report, PairListing listing, std::ostream& out) {
+    WriteUse(report, listing, out);
     WriteModels(report, out);
     std::size_t components = 0;
     std::size_t candidates = 0;
     std::size_t clashes = 0;
     for (const ReportedFloor& floor : report.floors) {
-        WriteFloor(floor, listing, out);
+        WriteFloor(floor, report, listing, out);
         components += floor.components;
         candidates += floor.candidatePairs;
         clashes += floor.clashes.size();
@@ -77,9 +150,13 @@ void WriteText(const CheckReport& report, PairListing listing, std::ostream& out
     const ReportedCost& cost = report.cost;
     out << "\ntotal: " << report.floors.size() << " floors, " << components << " components, "
         << candidates << " candidate pairs, " << clashes << " clashes\n"
-        << "read " << Fixed(cost.readSeconds, 2) << " s, build " << Fixed(cost.buildSeconds, 2)
-        << " s, check " << Fixed(cost.checkSeconds, 2) << " s, results "
-        << Fixed(cost.resultSeconds, 2) << " s, peak memory " << cost.peakMegabytes << " MB\n";
+        << "read " << FixedText(cost.readSeconds, 2) << " s, build "
+        << FixedText(cost.buildSeconds, 2) << " s, check " << FixedText(cost.checkSeconds, 2)
+        << " s, results " << FixedText(cost.resultSeconds, 2) << " s, peak memory "
+        << cost.peakMegabytes << " MB\n";
+    WriteHistory(report, out);
+    for (const std::string& file : report.writtenFiles)
+        out << "written: " << file << '\n';
     if (report.stopped) out << "stopped: the list is not complete\n";
 }
 
@@ -97,12 +174,45 @@ Json ToJson(const ReportedFloor& floor) {
         clashes.push_back({{"main", ToJson(clash.main)},
                            {"second", ToJson(clash.second)},
                            {"point", clash.point},
-                           {"bodyOffsets", clash.bodyOffsets}});
+                           {"axisPosition", clash.axisPosition},
+                           {"bodyOffsets", clash.bodyOffsets},
+                           {"status", StatusText(clash.status)}});
     }
+    Json pairs = Json::array();
+    for (const ReportedKindPair& pair : floor.kindPairs)
+        pairs.push_back({{"main", pair.main}, {"second", pair.second}, {"clashes", pair.count}});
     return {{"name", floor.name},
             {"components", floor.components},
             {"candidatePairs", floor.candidatePairs},
+            {"kindPairs", std::move(pairs)},
             {"clashes", std::move(clashes)}};
+}
+
+Json ToJson(const std::vector<ReportedKind>& kinds) {
+    Json list = Json::array();
+    for (const ReportedKind& kind : kinds)
+        list.push_back({{"kind", kind.path}, {"components", kind.components}});
+    return list;
+}
+
+Json ToJson(const ReportedRules& rules) {
+    return {{"file", rules.file},
+            {"sha256", rules.contentHash},
+            {"modes", rules.modes},
+            {"filters", rules.filters},
+            {"remarks", rules.remarks},
+            {"withoutComponent", rules.withoutComponent},
+            {"switchedOff", ToJson(rules.switchedOff)},
+            {"withoutRule", ToJson(rules.withoutRule)}};
+}
+
+// Null without a run to compare with.
+Json ToJson(const std::optional<ReportedHistory>& history) {
+    if (!history) return nullptr;
+    Json counts = Json::object();
+    for (std::size_t i = 0; i < kClashStatusCount; ++i)
+        counts[std::string(StatusText(static_cast<ClashStatus>(i)))] = history->counts[i];
+    return {{"file", history->file}, {"counts", std::move(counts)}};
 }
 
 Json ToJson(const ReportedModel& model) {
@@ -119,7 +229,13 @@ void WriteJson(const CheckReport& report, std::ostream& out) {
     Json floors = Json::array();
     for (const ReportedFloor& floor : report.floors)
         floors.push_back(ToJson(floor));
-    const Json document = {{"models", std::move(models)},
+    const Json document = {{"version", report.version},
+                           {"mapping", report.mapping},
+                           {"circleSegments", report.circleSegments},
+                           {"rules", ToJson(report.rules)},
+                           {"previous", ToJson(report.history)},
+                           {"written", report.writtenFiles},
+                           {"models", std::move(models)},
                            {"localOrigin", report.localOrigin},
                            {"unmapped", report.unmapped},
                            {"floors", std::move(floors)},

@@ -5,16 +5,14 @@
 #include <cstddef>
 #include <iosfwd>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
-namespace kyclash {
+#include "kyclash/ClashHistory.h"
+#include "kyclash/ReportFormat.h"
 
-/// How the report is written.
-enum class ReportFormat {
-    Text,  ///< for people, in a terminal
-    Json,  ///< for programs
-};
+namespace kyclash {
 
 /// How many pairs of each floor the text report names.
 enum class PairListing {
@@ -37,13 +35,23 @@ struct ReportedClash {
     ReportedComponent second;
     std::array<double, 3> point{};  ///< world coordinates of the files (mm)
     std::string bodyOffsets;        ///< with which the two bodies were tested (mm), as "-2,200"
+    std::string axisPosition;       ///< as "3(+1250mm) / B(-400mm)"; empty without a grid
+    ClashStatus status = ClashStatus::New;
+};
+
+/// How many clashes two kinds have with each other, the main one first.
+struct ReportedKindPair {
+    std::string main;
+    std::string second;
+    std::size_t count = 0;
 };
 
 /// One floor as the user sees it; floors of the same name in several models are one.
 struct ReportedFloor {
     std::string name;
-    std::size_t components = 0;      ///< that take part in the model, checked or not
-    std::size_t candidatePairs = 0;  ///< neighbours by their boxes
+    std::size_t components = 0;               ///< that take part in the model, checked or not
+    std::size_t candidatePairs = 0;           ///< neighbours by their boxes
+    std::vector<ReportedKindPair> kindPairs;  ///< descending by count
     std::vector<ReportedClash> clashes;
 };
 
@@ -60,6 +68,30 @@ struct ReportedModel {
     std::vector<std::string> warnings;
 };
 
+/// A kind of the models that was not checked, with its components.
+struct ReportedKind {
+    std::string path;
+    std::size_t components = 0;
+};
+
+/// The rules of a run.
+struct ReportedRules {
+    std::string file;  ///< "built-in" for the rules that need no file
+    std::string contentHash;
+    std::map<std::string, std::size_t> modes;  ///< kinds that are on, by mode, as "tolerance 5 mm"
+    std::map<std::string, std::size_t> filters;  ///< kinds that are on, by filter
+    std::vector<std::string> remarks;            ///< place and text
+    std::vector<std::string> withoutComponent;   ///< kinds that are on and that no component has
+    std::vector<ReportedKind> switchedOff;       ///< kinds of the models whose rule is off
+    std::vector<ReportedKind> withoutRule;       ///< kinds of the models that have no rule
+};
+
+/// What a run compared itself with.
+struct ReportedHistory {
+    std::string file;  ///< the earlier result file
+    std::array<std::size_t, kClashStatusCount> counts{};
+};
+
 /// Seconds by the clock and what the process needed.
 struct ReportedCost {
     double readSeconds = 0.0;
@@ -71,6 +103,12 @@ struct ReportedCost {
 
 /// Everything that `kyclash check` has to say about a run.
 struct CheckReport {
+    std::string version;
+    std::string mapping;  ///< name or file of the mapping
+    int circleSegments = 0;
+    ReportedRules rules;
+    std::optional<ReportedHistory> history;
+    std::vector<std::string> writtenFiles;
     std::vector<ReportedModel> models;
     std::array<double, 3> localOrigin{};          ///< taken off before single precision (mm)
     std::map<std::string, std::size_t> unmapped;  ///< elements that no mapping rule matched

@@ -1,31 +1,127 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <exception>
+#include <functional>
 #include <iostream>
 
 #include <CLI/CLI.hpp>
 
 #include "kyclash/CheckCommand.h"
+#include "kyclash/DiffCommand.h"
+#include "kyclash/ListCommand.h"
+#include "kyclash/OpeningsCommand.h"
+#include "kyclash/RulesCommand.h"
 
 namespace {
 
-void AddCheck(CLI::App& app, kyclash::CheckOptions& options) {
-    auto* check = app.add_subcommand("check", "Find the clashing pairs of one or more IFC models");
-    check->add_option("MODEL", options.models, "IFC files; several are one federated building")
+using kyclash::ExitCode;
+using kyclash::ReportFormat;
+using Run = std::function<ExitCode()>;
+
+// The options of all commands, and what the chosen one does.
+struct CommandLine {
+    kyclash::CheckOptions check;
+    kyclash::RulesOptions rules;
+    kyclash::OpeningsOptions openings;
+    kyclash::ListOptions list;
+    kyclash::DiffOptions diff;
+    Run run;
+};
+
+void AddJson(CLI::App& command, ReportFormat& format) {
+    command.add_flag_callback(
+        "--json", [&format] { format = ReportFormat::Json; }, "Write the report as JSON");
+}
+
+// What every command that reads models takes.
+template <class Options>
+void AddLoading(CLI::App& command, Options& options) {
+    command.add_option("MODEL", options.models, "IFC files; several are one federated building")
         ->required();
-    check->add_option("--mapping", options.mapping,
-                      "Mapping file that gives IFC elements their category");
-    check->add_option("--floor", options.floors, "Check this floor only; may be repeated");
-    check->add_option("--cache-dir", options.cacheDir, "Folder that converted models are kept in");
-    check->add_option("--circle-segments", options.circleSegments, "Chords of a full circle")
+    command.add_option("--mapping", options.mapping,
+                       "Mapping file that gives IFC elements their category");
+    command.add_option("--cache-dir", options.cacheDir, "Folder that converted models are kept in");
+    command.add_option("--circle-segments", options.circleSegments, "Chords of a full circle")
         ->check(CLI::Range(3, 1024))
         ->capture_default_str();
+}
+
+void AddCheck(CLI::App& app, CommandLine& line) {
+    auto& options = line.check;
+    auto* check = app.add_subcommand("check", "Find the clashing pairs of one or more IFC models");
+    AddLoading(*check, options);
+    check->add_option("--rules", options.rules,
+                      "Rule file; \"built-in\" for the rules that need no file");
+    check->add_option("--system-root", options.systemRoot,
+                      "Folder of the category tree and the priorities");
+    check->add_option("--out", options.outDir, "Folder that the results are written to");
+    check->add_option("--previous", options.previous,
+                      "Result file of the run before, whose states and remarks are kept");
+    check->add_option("--floor", options.floors, "Check this floor only; may be repeated");
     check->add_flag_callback(
-        "--list", [&] { options.listing = kyclash::PairListing::Complete; },
+        "--list", [&options] { options.listing = kyclash::PairListing::Complete; },
         "Name every clashing pair, however many there are");
-    check->add_flag_callback(
-        "--json", [&] { options.format = kyclash::ReportFormat::Json; },
-        "Write the report as JSON");
+    AddJson(*check, options.format);
     check->add_flag("--quiet", options.quiet, "Show no progress");
+    check->callback([&line] { line.run = [&line] { return RunCheck(line.check); }; });
+}
+
+CLI::App* AddRulesAction(CLI::App& rules, CommandLine& line, const char* name, const char* text,
+                         ExitCode (*action)(const kyclash::RulesOptions&, std::ostream&,
+                                            std::ostream&)) {
+    auto& options = line.rules;
+    auto* command = rules.add_subcommand(name, text);
+    command->add_option("FILE", options.file, "Rule file")->required();
+    command->add_option("--system-root", options.systemRoot,
+                        "Folder of the category tree and the priorities");
+    command->callback([&line, action] {
+        line.run = [&line, action] { return action(line.rules, std::cout, std::cerr); };
+    });
+    return command;
+}
+
+void AddRules(CLI::App& app, CommandLine& line) {
+    auto* rules = app.add_subcommand("rules", "Write, print or examine a rule file");
+    rules->require_subcommand(1);
+    AddRulesAction(*rules, line, "init", "Write the default rules to FILE", kyclash::RunRulesInit);
+    auto& format = line.rules.format;
+    AddJson(*AddRulesAction(*rules, line, "show", "Print FILE as a matrix", kyclash::RunRulesShow),
+            format);
+    AddJson(*AddRulesAction(*rules, line, "validate", "Name what in FILE cannot mean what it says",
+                            kyclash::RunRulesValidate),
+            format);
+}
+
+void AddOpenings(CLI::App& app, CommandLine& line) {
+    auto& options = line.openings;
+    auto* openings =
+        app.add_subcommand("openings", "List doors, windows and openings in walls and slabs");
+    AddLoading(*openings, options.load);
+    openings->add_option("--floor", options.floors, "This floor only; may be repeated");
+    openings->add_option("--csv", options.csv, "Write the table to this file, too");
+    AddJson(*openings, options.format);
+    openings->add_flag("--quiet", options.quiet, "Show no progress");
+    openings->callback([&line] {
+        line.run = [&line] { return RunOpenings(line.openings, std::cout, std::cerr); };
+    });
+}
+
+void AddList(CLI::App& app, CommandLine& line) {
+    auto& options = line.list;
+    auto* list = app.add_subcommand("list", "Show the floors and kinds of the models");
+    AddLoading(*list, options.load);
+    AddJson(*list, options.format);
+    list->add_flag("--quiet", options.quiet, "Show no progress");
+    list->callback([&line] { line.run = [&line] { return RunList(line.list, std::cout); }; });
+}
+
+void AddDiff(CLI::App& app, CommandLine& line) {
+    auto& options = line.diff;
+    auto* diff = app.add_subcommand("diff", "Compare two result files");
+    diff->add_option("OLD", options.oldFile, "Result file of the earlier run")->required();
+    diff->add_option("NEW", options.newFile, "Result file of the later run")->required();
+    AddJson(*diff, options.format);
+    diff->callback(
+        [&line] { line.run = [&line] { return RunDiff(line.diff, std::cout, std::cerr); }; });
 }
 
 }  // namespace
@@ -34,14 +130,18 @@ int main(int argc, char** argv) try {
     CLI::App app("Finds clashes between the components of building models", "kyclash");
     app.set_version_flag("--version", KYCLASH_VERSION);
     app.require_subcommand(1);
-    kyclash::CheckOptions checkOptions;
-    AddCheck(app, checkOptions);
+    CommandLine line;
+    AddCheck(app, line);
+    AddRules(app, line);
+    AddOpenings(app, line);
+    AddList(app, line);
+    AddDiff(app, line);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? kyclash::kExitDone : kyclash::kExitWrongUse;
     }
-    return kyclash::RunCheck(checkOptions);
+    return line.run();
 } catch (const std::exception& error) {
     std::cerr << "kyclash: " << error.what() << '\n';
     return kyclash::kExitUnreadable;

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "kyclash/NumberText.h"
+
+#include <charconv>
+
+namespace kyclash {
+namespace {
+
+// The largest double has 309 digits before its point.
+constexpr std::size_t kLongestNumber = 400;
+
+constexpr int kPositionDecimals = 2;
+
+}  // namespace
+
+std::string FixedText(double value, int decimals) {
+    std::array<char, kLongestNumber> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                                   std::chars_format::fixed, decimals);
+    return {buffer.data(), end.ptr};
+}
+
+std::string PositionText(const std::array<double, 3>& point) {
+    return FixedText(point[0], kPositionDecimals) + "," + FixedText(point[1], kPositionDecimals) +
+           "," + FixedText(point[2], kPositionDecimals);
+}
+
+}  // namespace kyclash

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "kyclash/SystemRoot.h"
+
+#include "KYCollisionBase/model/AttCategory.h"
+#include "KYCollisionBase/model/KyEntityCategoryMgr.h"
+#include "KYCollisionBase/platform/HostServices.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <system_error>
+
+#define BOOST_DLL_USE_STD_FS
+#include <boost/dll/runtime_symbol_info.hpp>
+
+#include "ifchost/HostText.h"
+#include "ifchost/PackageCache.h"
+
+namespace kyclash {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kRootVariable = "KYCOLLISION_SYSTEM_ROOT";
+const fs::path kTreeFile = fs::path("config") / "system" / "productsort.xml";
+const fs::path kPriorityFile = fs::path("CollisionData") / "TypePriorityMap.xml";
+
+bool IsFile(const fs::path& path) {
+    std::error_code error;
+    return fs::is_regular_file(path, error);
+}
+
+fs::path ChooseRoot(const std::optional<fs::path>& option) {
+    if (option) return *option;
+    const char* variable = std::getenv(kRootVariable);
+    if (variable != nullptr && *variable != '\0') return variable;
+    return ShippedDataFolder() / "system-root";
+}
+
+// A missing priority file makes the library say so at every pair.
+void ShowMessagesOnce() {
+    const auto shown = std::make_shared<std::set<std::wstring>>();
+    BASEUI::SetMessageBox([shown](const std::wstring& text, unsigned int) {
+        if (shown->insert(text).second) {
+            std::cerr << "kyclash: warning: " << ifchost::ToUtf8(text) << '\n';
+        }
+    });
+}
+
+bool HasCategories() {
+    return KYCOLLISION::MODEL::KyEntityCategoryMgr::GetInstance()->GetSpecNodeCount() > 0;
+}
+
+}  // namespace
+
+fs::path ShippedDataFolder() {
+    std::error_code unknown;
+    const fs::path program = boost::dll::program_location(unknown);
+    const fs::path installed = program.parent_path().parent_path() / "share" / "kyclash";
+    if (!unknown && IsFile(installed / "system-root" / kTreeFile)) return installed;
+    return KYCLASH_DATA_DIR;
+}
+
+fs::path DefaultRulesFile() {
+    return ShippedDataFolder() / "rules" / "default.xml";
+}
+
+bool UseSystemRoot(const std::optional<fs::path>& option, std::ostream& errors) {
+    const fs::path root = ChooseRoot(option);
+    const fs::path tree = root / kTreeFile;
+    const fs::path priorities = root / kPriorityFile;
+    if (!IsFile(tree) && !IsFile(priorities)) {
+        errors << "kyclash: " << ifchost::PathText(root)
+               << ": is no system root, since it has neither " << kTreeFile.generic_string()
+               << " nor " << kPriorityFile.generic_string() << '\n';
+        return false;
+    }
+    BASETOOLS::SetSysRoot(ifchost::FromUtf8(ifchost::PathText(root)));
+    ShowMessagesOnce();
+    if (!HasCategories()) {
+        errors << "kyclash: warning: " << ifchost::PathText(tree)
+               << ": no categories could be read, so rules are not compared with them\n";
+    }
+    if (!KYCOLLISION::MODEL::AttCategory::InitTypePriorityMap()) {
+        errors << "kyclash: warning: " << ifchost::PathText(priorities)
+               << ": no complete list of priorities could be read\n";
+    }
+    return true;
+}
+
+}  // namespace kyclash
