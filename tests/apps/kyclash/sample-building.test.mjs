@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Checks the sample building with the command and compares what it finds with the clashes that the
-// building was constructed to have. The command's path comes in the variable KYCLASH.
+// Checks the sample building with the built-in rules and compares what it finds with the clashes
+// that the building was constructed to have. The command's path comes in the variable KYCLASH.
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
 import { mkdtempSync, readFileSync, rmSync } from 'node:fs';
@@ -23,7 +23,9 @@ before(() => {
 after(() => rmSync(cache, { recursive: true, force: true }));
 
 function check(options) {
-  const args = ['check', join(samples, 'building.ifc'), '--json', '--cache-dir', cache, ...options];
+  const model = join(samples, 'building.ifc');
+  const fixed = ['--rules', 'built-in', '--json', '--cache-dir', cache];
+  const args = ['check', model, ...fixed, ...options];
   return JSON.parse(execFileSync(process.env.KYCLASH, args, { encoding: 'utf8' }));
 }
 
