@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "KYCollisionBase/model/AttCategory.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 
 #include <cstdlib>
@@ -13,9 +12,10 @@
 #include <gtest/gtest.h>
 
 #include "result/AxisGrid.h"
+#include "support/PriorityScope.h"
 
+using kycb::test::PriorityScope;
 using kycbtest::AxisGrid;
-using KYCOLLISION::MODEL::AttCategory;
 using KYCOLLISION::RESULT::KyResultItem;
 
 namespace {
@@ -48,21 +48,8 @@ std::string MessageOf(const std::wstring& position) {
     return "no exception";
 }
 
-// The priorities of kinds for one test, in place of a priority file. A kind that is not listed
-// ranks last.
-class Priorities {
-  public:
-    explicit Priorities(std::map<std::wstring, int> priorities = {{L"x/y/z", 1}}) {
-        AttCategory::s_typePriorityMap.swap(priorities);
-        saved_ = std::move(priorities);
-    }
-    ~Priorities() { AttCategory::s_typePriorityMap.swap(saved_); }
-    Priorities(const Priorities&) = delete;
-    Priorities& operator=(const Priorities&) = delete;
-
-  private:
-    std::map<std::wstring, int> saved_;
-};
+// The priorities of kinds for one test. A kind that is not listed ranks last.
+const std::map<std::wstring, int> kSomePriorities = {{L"x/y/z", 1}};
 
 }  // namespace
 
@@ -361,7 +348,7 @@ TEST(KyResultItem, AMalformedPositionKeepsTheAxisPosition) {
 }
 
 TEST(KyResultItem, PriorityIsIrreflexiveAndFalseForNull) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     KyResultItem item = Pair({L"土建", L"梁", L"框架梁", L"KL1", L""}, {}, L"g");
     EXPECT_FALSE(KyResultItem::PriorityCompareHigh(&item, &item));
     EXPECT_FALSE(KyResultItem::PriorityCompareHigh(&item, nullptr));
@@ -370,7 +357,7 @@ TEST(KyResultItem, PriorityIsIrreflexiveAndFalseForNull) {
 }
 
 TEST(KyResultItem, SmallerPriorityNumberOfTheMainComponentSortsFirst) {
-    const Priorities priorities({{L"土建/梁/框架梁", 20}, {L"给排水/管/给水管", 10}});
+    const PriorityScope priorities({{L"土建/梁/框架梁", 20}, {L"给排水/管/给水管", 10}});
     const SObjAttInfo beam{L"土建", L"梁", L"框架梁", L"KL1", L""};
     const SObjAttInfo pipe{L"给排水", L"管", L"给水管", L"DN50", L""};
     EXPECT_TRUE(SortsBefore(Pair(pipe, beam, L"z"), Pair(beam, pipe, L"a")));
@@ -378,7 +365,7 @@ TEST(KyResultItem, SmallerPriorityNumberOfTheMainComponentSortsFirst) {
 }
 
 TEST(KyResultItem, TheSecondComponentDecidesWithinOneMainKind) {
-    const Priorities priorities({{L"土建/梁/框架梁", 20}, {L"给排水/管/给水管", 10}});
+    const PriorityScope priorities({{L"土建/梁/框架梁", 20}, {L"给排水/管/给水管", 10}});
     const SObjAttInfo wall{L"土建", L"墙", L"砼墙", L"Q1", L"one"};
     const SObjAttInfo wallOfOtherSystem{L"土建", L"墙", L"砼墙", L"Q1", L"two"};
     const SObjAttInfo beam{L"土建", L"梁", L"框架梁", L"KL1", L""};
@@ -388,7 +375,7 @@ TEST(KyResultItem, TheSecondComponentDecidesWithinOneMainKind) {
 }
 
 TEST(KyResultItem, KindsOfEqualPrioritySortByTheCodePage) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     // 暖 stands before 电 in Unicode (U+6696, U+7535) and after it in GBK (C5AF, B5E7).
     const SObjAttInfo electric{L"电气", L"桥架", L"", L"", L""};
     const SObjAttInfo heating{L"暖通", L"风管", L"", L"", L""};
@@ -398,7 +385,7 @@ TEST(KyResultItem, KindsOfEqualPrioritySortByTheCodePage) {
 }
 
 TEST(KyResultItem, NamesSortByTheCodePage) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     const SObjAttInfo first{L"土建", L"墙", L"砼墙", L"电", L""};
     const SObjAttInfo second{L"土建", L"墙", L"砼墙", L"暖", L""};
     EXPECT_TRUE(SortsBefore(Pair(first, {}, L"z"), Pair(second, {}, L"a")));
@@ -406,7 +393,7 @@ TEST(KyResultItem, NamesSortByTheCodePage) {
 }
 
 TEST(KyResultItem, NamesThatOnlyCharactersOutsideTheCodePageTellApartTie) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     // Both emoji convert to "?", so the GUID decides.
     const SObjAttInfo smile{L"土建", L"墙", L"砼墙", L"\U0001F600", L""};
     const SObjAttInfo house{L"土建", L"墙", L"砼墙", L"\U0001F3E0", L""};
@@ -416,7 +403,7 @@ TEST(KyResultItem, NamesThatOnlyCharactersOutsideTheCodePageTellApartTie) {
 }
 
 TEST(KyResultItem, KindsThatOnlyCharactersOutsideTheCodePageTellApartNeverSortFirst) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     const SObjAttInfo smile{L"土建", L"\U0001F600", L"", L"", L""};
     const SObjAttInfo house{L"土建", L"\U0001F3E0", L"", L"", L""};
     EXPECT_FALSE(SortsBefore(Pair(smile, {}, L"a"), Pair(house, {}, L"b")));
@@ -424,7 +411,7 @@ TEST(KyResultItem, KindsThatOnlyCharactersOutsideTheCodePageTellApartNeverSortFi
 }
 
 TEST(KyResultItem, TiesFallBackToTheGuidOfA) {
-    const Priorities priorities;
+    const PriorityScope priorities(kSomePriorities);
     const SObjAttInfo info{L"土建", L"墙", L"砼墙", L"Q1", L""};
     EXPECT_TRUE(SortsBefore(Pair(info, info, L"a"), Pair(info, info, L"b")));
     EXPECT_FALSE(SortsBefore(Pair(info, info, L"b"), Pair(info, info, L"a")));
