@@ -171,8 +171,9 @@ TEST(MeshQuery, RunsOnTheInstructionSetThatIsForced) {
         EXPECT_EQ(QueryTarget(), target);
     }
     // A build for one machine alone has nothing to choose from.
-    if (HWY_STATIC_TARGET == HWY_SCALAR || HWY_STATIC_TARGET == HWY_EMU128)
+    if (HWY_STATIC_TARGET == HWY_SCALAR || HWY_STATIC_TARGET == HWY_EMU128) {
         EXPECT_GT(Targets().size(), 1U);
+    }
 }
 
 TEST(MeshQuery, FindsThePairsOfBruteForceOnEveryInstructionSet) {
