@@ -40,6 +40,8 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfig.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBaseConfigVersion.cmake"
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/KYCollisionBase)
 
+# Relative to the file itself, so that the installed tree can be moved.
+file(RELATIVE_PATH KYCB_PC_TO_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 configure_file(cmake/KYCollisionBase.pc.in "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBase.pc" @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/KYCollisionBase.pc"
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
