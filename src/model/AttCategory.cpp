@@ -136,10 +136,10 @@ bool IsTeklaSteel(const std::wstring& xiaolei) {
 
 /// Whatever major category a Tekla component came with, it counts as steel structure or concrete.
 std::wstring TeklaMajorCategory(const AttCategory& category) {
-    const std::wstring steelStructure = L"钢结构";
-    const std::wstring concrete = L"混凝土";
-    if (IsTeklaSteel(category.xiaolei) || category.dalei == steelStructure) return steelStructure;
-    return concrete;
+    constexpr const wchar_t* kSteelStructure = L"钢结构";
+    constexpr const wchar_t* kConcrete = L"混凝土";
+    const bool isSteel = IsTeklaSteel(category.xiaolei) || category.dalei == kSteelStructure;
+    return isSteel ? kSteelStructure : kConcrete;
 }
 
 using KYTOOLS::MSXMLUtilityPtr;

@@ -59,7 +59,7 @@ bool IsShownByUnderside(const AttCategory& category) {
 
 std::wstring CentreOrUndersideText(const Attributes& attributes,
                                    const AttCategoryModelInfo* category) {
-    const std::wstring one = RoundedText(attributes, L"oneheight");
+    std::wstring one = RoundedText(attributes, L"oneheight");
     const std::wstring section = RoundedText(attributes, L"sectheight");
     const std::wstring insulation = RoundedText(attributes, L"bwthick");
     if (!category || !IsShownByUnderside(category->GetAttCategory()) || one.empty() ||
