@@ -18,7 +18,7 @@ AttCategoryModelInfo::AttCategoryModelInfo(const AttCategory& category)
       diameterFiltered_(category.IsNeedFiter()) {}
 
 AttCategoryModelInfo::~AttCategoryModelInfo() {
-    ReleaseModel();
+    DeleteObjects();
 }
 
 void AttCategoryModelInfo::AppendObject(ObjectModelInfo* obj) {
@@ -34,6 +34,10 @@ void AttCategoryModelInfo::ReleaseModel() {
         WorkSetModelInfo* workSet = project ? project->GetBelongWorkSetModel() : nullptr;
         if (workSet) workSet->ForgetComponentsOf({this});
     }
+    DeleteObjects();
+}
+
+void AttCategoryModelInfo::DeleteObjects() {
     for (const auto& [guid, obj] : std::exchange(objects_, {})) {
         delete obj;
     }

@@ -36,7 +36,7 @@ std::wstring ToLower(std::wstring text) {
 FloorModelInfo::FloorModelInfo(std::wstring name) : name_(std::move(name)) {}
 
 FloorModelInfo::~FloorModelInfo() {
-    ReleaseModel();
+    DeleteCategories();
 }
 
 int FloorModelInfo::GetProjId() const {
@@ -93,8 +93,11 @@ void FloorModelInfo::ReleaseModel() {
     DropQuadTree();
     WorkSetModelInfo* workSet = project_ ? project_->GetBelongWorkSetModel() : nullptr;
     if (workSet && !categories_.empty()) workSet->ForgetComponentsOf(CategorySet());
+    DeleteCategories();
+}
+
+void FloorModelInfo::DeleteCategories() {
     for (const auto& [path, category] : std::exchange(categories_, {})) {
-        category->SetBelongFloor(nullptr);  // its components are forgotten already
         delete category;
     }
 }

@@ -11,14 +11,16 @@ namespace KYCOLLISION::MODEL {
 ProjectModelInfo::ProjectModelInfo(int id, std::wstring /*name*/) : id_(id) {}
 
 ProjectModelInfo::~ProjectModelInfo() {
-    ReleaseModel();
+    DeleteFloors();
 }
 
 void ProjectModelInfo::AppendFloor(std::wstring name, FloorModelInfo* floor) {
     FloorModelInfo*& slot = floors_[std::move(name)];
     FloorModelInfo* replaced = std::exchange(slot, floor);
-    if (replaced != floor) delete replaced;
     if (floor) floor->SetBelongProject(this);
+    if (!replaced || replaced == floor) return;
+    replaced->ReleaseModel();  // while the rest of the tree can be told
+    delete replaced;
 }
 
 FloorModelInfo* ProjectModelInfo::GetFloorModel(std::wstring name) const {
@@ -40,9 +42,11 @@ void ProjectModelInfo::ReleaseModel() {
         }
         if (!leaving.empty()) workSet_->ForgetComponentsOf(leaving);
     }
+    DeleteFloors();
+}
+
+void ProjectModelInfo::DeleteFloors() {
     for (const auto& [name, floor] : std::exchange(floors_, {})) {
-        if (!floor) continue;
-        floor->SetBelongProject(nullptr);  // its components are forgotten already
         delete floor;
     }
 }

@@ -19,8 +19,10 @@ WorkSetModelInfo::~WorkSetModelInfo() {
 void WorkSetModelInfo::AppendProject(int id, ProjectModelInfo* project) {
     ProjectModelInfo*& slot = projects_[id];
     ProjectModelInfo* replaced = std::exchange(slot, project);
-    if (replaced != project) delete replaced;
     if (project) project->SetBelongWorkSetModel(this);
+    if (!replaced || replaced == project) return;
+    replaced->ReleaseModel();  // while the rest of the tree can be told
+    delete replaced;
 }
 
 ProjectModelInfo* WorkSetModelInfo::GetProject(int id) const {
@@ -34,10 +36,7 @@ void WorkSetModelInfo::SetModelInfo(const SKyModelInfo& info) {
 
 void WorkSetModelInfo::ReleaseModel() {
     for (const auto& [id, project] : std::exchange(projects_, {})) {
-        if (!project) continue;
-        // Everything goes, so nobody is left to be told of the components that leave.
-        project->SetBelongWorkSetModel(nullptr);
-        delete project;
+        delete project;  // everything goes, so nobody is left to be told
     }
 }
 

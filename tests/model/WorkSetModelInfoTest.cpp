@@ -252,6 +252,29 @@ TEST(WorkSetModelInfo, ReplacesAndDeletesAProjectUnderTheSameId) {
     EXPECT_EQ(model.GetAllObjectNum({1, L"1F"}), 0);
 }
 
+// A parent that was only pointed at, not appended to, may be gone by then.
+TEST(WorkSetModelInfo, PartsDoNotLookAtTheirParentsWhenTheyEnd) {
+    int deleted = 0;
+    {
+        auto project = std::make_unique<ProjectModelInfo>(1, L"p");
+        auto floor = std::make_unique<FloorModelInfo>(L"1F");
+        auto category = std::make_unique<AttCategoryModelInfo>(kWall);
+        const std::unique_ptr<FloorModelInfo> filled(NewFloorWith(L"a", kBoxA, deleted));
+        category->AppendObject(new CountedObject(L"b", kBoxA, deleted));
+        project->AppendFloor(L"1F", NewFloorWith(L"c", kBoxA, deleted));
+        {
+            WorkSetModelInfo workSet;
+            project->SetBelongWorkSetModel(&workSet);
+            ProjectModelInfo other(2, L"q");
+            other.SetBelongWorkSetModel(&workSet);
+            filled->SetBelongProject(&other);
+        }
+        category->SetBelongFloor(floor.get());
+        floor.reset();
+    }
+    EXPECT_EQ(deleted, 3);
+}
+
 // Neighbour lists and clash records are plain pointers into other floors.
 TEST(WorkSetModelInfo, ForgetsComponentsOfAReplacedFloorEverywhere) {
     int deleted = 0;

@@ -52,6 +52,8 @@ class KYCB_API AttCategoryModelInfo {
     void ReleaseModel();
 
   private:
+    void DeleteObjects();
+
     AttCategory category_;
     FloorModelInfo* floor_ = nullptr;
     std::multimap<std::wstring, ObjectModelInfo*> objects_;

@@ -139,6 +139,7 @@ class KYCB_API FloorModelInfo {
     using AxisTree = KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>;
 
     void DropQuadTree();
+    void DeleteCategories();
     std::vector<FloorModelInfo*> FloorsNearby();
     void NoteMovedBox() { boxesMoved_ = true; }
     std::set<const AttCategoryModelInfo*> CategorySet() const;

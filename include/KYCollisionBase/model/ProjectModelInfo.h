@@ -90,6 +90,7 @@ class KYCB_API ProjectModelInfo {
     int GetFloorResultTempNum(LOGIC::IModelDataSource* source, const FloorKey& floorKey);
 
   private:
+    void DeleteFloors();
     FloorModelInfo* FindFloor(const FloorKey& floorKey) const;
 
     int id_;
