@@ -10,6 +10,7 @@
 #include "KYCollisionBase/result/CExistingHole.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "platform/Text.h"
@@ -77,10 +78,15 @@ int CompareInCodePage(const std::wstring& a, const std::wstring& b) {
     return KYTOOLS::CodePage::RoundTrip(a).compare(KYTOOLS::CodePage::RoundTrip(b));
 }
 
-int StoredPrioritySum(const KyResultItem& item) {
+// Wider than a priority, which can be as large as its type.
+std::int64_t SumOf(int priorityA, int priorityB) {
+    return std::int64_t{priorityA} + priorityB;
+}
+
+std::int64_t StoredPrioritySum(const KyResultItem& item) {
     const AttCategory a(item.GetSpecialtyA(), item.GetCategoryA(), item.GetSubcategoryA());
     const AttCategory b(item.GetSpecialtyB(), item.GetCategoryB(), item.GetSubcategoryB());
-    return a.GetAttPriority() + b.GetAttPriority();
+    return SumOf(a.GetAttPriority(), b.GetAttPriority());
 }
 
 }  // namespace
@@ -173,12 +179,13 @@ class FloorModelInfo::ResultBuilder {
                std::unique_ptr<KyResultItem> item) {
         std::unique_ptr<KyResultItem>& stored = items_[a.guid + L"&" + b.guid];
         const bool once = a.IsOf(kTekla) || b.IsOf(kTekla);
-        if (stored && once && !Replaces(a.priority + b.priority, point, *stored)) return;
+        if (stored && once && !Replaces(SumOf(a.priority, b.priority), point, *stored)) return;
         stored = std::move(item);
     }
 
-    static bool Replaces(int prioritySum, const CQNIMPosition& point, const KyResultItem& stored) {
-        const int storedSum = StoredPrioritySum(stored);
+    static bool Replaces(std::int64_t prioritySum, const CQNIMPosition& point,
+                         const KyResultItem& stored) {
+        const std::int64_t storedSum = StoredPrioritySum(stored);
         if (prioritySum != storedSum) return prioritySum < storedSum;
         const CQNIMPosition origin;
         return origin.DistToPt(stored.GetClashQNIMPoint()) > origin.DistToPt(point);

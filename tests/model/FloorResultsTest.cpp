@@ -8,6 +8,7 @@
 #include "KYCollisionBase/result/CExistingHole.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 
+#include <limits>
 #include <stdexcept>
 
 #include <gmock/gmock.h>
@@ -268,6 +269,35 @@ TEST_F(FloorResults, KeepTheTeklaResultOfTheSmallerPrioritySumWhereverItLies) {
     };
     EXPECT_EQ(keptKind(L"better", L"worse"), L"混凝土嵌板");
     EXPECT_EQ(keptKind(L"worse", L"better"), L"钢梁");
+}
+
+TEST_F(FloorResults, AddThePrioritiesOfATeklaPairWithoutOverflow) {
+    constexpr int kLargest = std::numeric_limits<int>::max();
+    const PriorityScope ranks(
+        {{PathOf(kTeklaPanel), 0}, {PathOf(kTeklaBeam), 1}, {PathOf(kWall), kLargest}});
+    scene_.Add(L"part", kTeklaPanel, kCube);
+    scene_.Add(L"part", kTeklaBeam, kCube);
+    scene_.Add(L"wall", kWall, kCube);
+    Build();
+    Record(Part(L"part", kTeklaPanel), Object(L"wall"));
+    Record(Part(L"part", kTeklaBeam), Object(L"wall"));
+    const auto items = Results();
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items[0]->GetSubcategoryA(), L"混凝土嵌板");
+}
+
+TEST_F(FloorResults, TakeAPairOutOfTheSecondComponentsRecordsEvenWhenItsItemLost) {
+    scene_.Add(L"part", kTeklaBeam, kCube);
+    scene_.Add(L"part", kTeklaPanel, kCube);
+    scene_.Add(L"wall", kWall, kCube);
+    Build();
+    // The panel's second item loses to its first, which is nearer; the beam's then beats that.
+    Record(Part(L"part", kTeklaPanel), Object(L"wall"));
+    Record(Part(L"part", kTeklaPanel), Object(L"wall"), {1, 0, 0});
+    Record(Part(L"part", kTeklaBeam), Object(L"wall"));
+    EXPECT_EQ(Results().size(), 1U);
+    EXPECT_THAT(Object(L"wall").GetCollisionObjs(), IsEmpty());
+    EXPECT_EQ(Part(L"part", kTeklaPanel).GetCollisionObjs().size(), 2U);
 }
 
 TEST_F(FloorResults, KeepTheTeklaResultNearerTheOriginOfEqualSums) {
