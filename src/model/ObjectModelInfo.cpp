@@ -39,6 +39,11 @@ struct OpcodeModelDeleter {
 };
 using OwnedOpcodeModel = std::unique_ptr<Opcode::Model, OpcodeModelDeleter>;
 
+bool HasItsArrays(const Opcode::MeshInterface& mesh) {
+    return (mesh.GetNbVertices() == 0 || mesh.GetVerts()) &&
+           (mesh.GetNbTriangles() == 0 || mesh.GetTris());
+}
+
 auto FindClashWith(const std::vector<SCollisionWithObj>& clashes, const ObjectModelInfo* other) {
     return std::find_if(clashes.begin(), clashes.end(),
                         [&](const SCollisionWithObj& clash) { return clash.other == other; });
@@ -157,7 +162,7 @@ bool ObjectModelInfo::GetCollisionOffsetBody(IModelDataSource* source, int bodyO
                                              CQNIMShell& shell) {
     const Opcode::Model* model = GetOpcodeModel(source, bodyOffset);
     const Opcode::MeshInterface* mesh = model ? model->GetMeshInterface() : nullptr;
-    if (!mesh) return false;
+    if (!mesh || !HasItsArrays(*mesh)) return false;
     for (std::uint32_t i = 0; i < mesh->GetNbVertices(); ++i) {
         const IceMaths::Point& p = mesh->GetVerts()[i];
         shell.AddPts(

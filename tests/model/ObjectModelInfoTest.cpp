@@ -233,6 +233,44 @@ TEST(ObjectModelInfo, HasNoShellWithoutAMesh) {
     EXPECT_THAT(shell.GetPts(), IsEmpty());
 }
 
+// Hands out a mesh that counts triangles or vertices which it does not have.
+class SourceOfIncompleteMeshes : public FakeDataSource {
+  public:
+    SourceOfIncompleteMeshes(const SceneBuilder& scene, bool hasTriangles)
+        : FakeDataSource(scene), hasTriangles_(hasTriangles) {}
+
+    Opcode::Model* CreateOpcodeModel(int, const boost::any&, int) override {
+        auto* mesh = new Opcode::MeshInterface;
+        mesh->SetNbTriangles(1);
+        mesh->SetNbVertices(1);
+        if (hasTriangles_) {
+            mesh->SetPointers(new IceMaths::IndexedTriangle[1], nullptr);
+        } else {
+            mesh->SetPointers(nullptr, new IceMaths::Point[1]);
+        }
+        Opcode::OPCODECREATE create;
+        create.mIMesh = mesh;
+        auto* model = new Opcode::Model;
+        model->Build(create);
+        return model;
+    }
+
+  private:
+    bool hasTriangles_;
+};
+
+TEST(ObjectModelInfo, HasNoShellOfAMeshThatLacksAnArray) {
+    const OneComponent one;
+    for (const bool hasTriangles : {false, true}) {
+        SourceOfIncompleteMeshes source(one.scene, hasTriangles);
+        const auto model = one.scene.BuildModel();
+        CQNIMShell shell;
+        EXPECT_FALSE(ObjectOf(*model, L"a")->GetCollisionOffsetBody(&source, 0, shell));
+        EXPECT_THAT(shell.GetPts(), IsEmpty());
+        EXPECT_THAT(shell.GetFaceIndices(), IsEmpty());
+    }
+}
+
 TEST(IsPriorityHigher, PrefersTheLongerSupportOfEqualNames) {
     const auto longerBy = [](const wchar_t* a, const wchar_t* b) {
         return RanksHigher([&](SceneComponent& first, SceneComponent& second) {

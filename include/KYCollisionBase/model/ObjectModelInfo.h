@@ -112,18 +112,20 @@ class KYCB_API ObjectModelInfo {
     const std::map<int, Opcode::Model*>& GetOpcodeModels() const { return opcodeModels_; }
     /// Frees every mesh: triangle and vertex arrays, mesh interface and model.
     void ReleaseOpcodeModel();
-    /// Copies the mesh for `bodyOffset` into `shell`, in double precision. False without a mesh. Of
-    /// a mesh with exactly 10 triangles only the first 8 are copied.
+    /// Copies the mesh for `bodyOffset` into `shell`, in double precision. False, with the
+    /// shell left alone, without a mesh or an array of it. Of a mesh with exactly 10 triangles only
+    /// the first 8 are copied.
     bool GetCollisionOffsetBody(IModelDataSource* source, int bodyOffset, CQNIMShell& shell);
 
     /// Tests this component against its neighbours under the rules and records each clash on both.
-    /// `checkedCount` grows by one before anything else. A pair is tested once per run: when the
-    /// other component already recorded it, it is passed over.
+    /// `checkedCount` grows by one before anything else. A clash that the other component's check
+    /// recorded already is passed over, so that it is recorded once.
     void CollisionCheck(IModelDataSource* source, int& checkedCount);
 
     /// Whether this component ranks before `other`, a component of the same kind: by the length or
-    /// the section of the support where both have one, otherwise by GUID (equal names) or by name.
-    /// A component that is less than 0.1 mm smaller still ranks first. False for a null `other`.
+    /// the section of the support where both have one, otherwise by GUID (equal names) or by name,
+    /// these compared as bytes of the code page (see CodePage). A component that is less than
+    /// 0.1 mm smaller still ranks first. False for a null `other`.
     bool IsPriorityHigher(IModelDataSource* source, const ObjectModelInfo* other) const;
 
     /// The height text of a result, in rounded millimetres: one height, the underside of a tray or
