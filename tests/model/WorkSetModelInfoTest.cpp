@@ -71,6 +71,7 @@ TEST(WorkSetModelInfo, StartsWithTheDefaultDescriptionAndTakesAnother) {
     model.SetModelInfo({static_cast<KyModelType>(7), 42});
     EXPECT_EQ(model.GetModelInfo().modelType, 7);
     EXPECT_EQ(model.GetModelInfo().modelId, 42);
+    EXPECT_TRUE((std::is_same_v<KYCOLLISION::MODEL::SKyModelInfo, ::SKyModelInfo>));
 }
 
 TEST(WorkSetModelInfo, LinksProjectsFloorsAndComponentsUpwards) {

@@ -9,3 +9,9 @@ struct SKyModelInfo {
     KyModelType modelType = KyModelTypeDefault;
     int modelId = -1;
 };
+
+// The model tree describes itself with these, so they go by its namespace as well.
+namespace KYCOLLISION::MODEL {
+using ::KyModelType;
+using ::SKyModelInfo;
+}  // namespace KYCOLLISION::MODEL
