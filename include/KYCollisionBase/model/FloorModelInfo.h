@@ -115,6 +115,15 @@ class KYCB_API FloorModelInfo {
     /// "GUID of A & GUID of B"; the caller owns them. Each pair is taken out of its second
     /// component's records, so the operation is called once per check.
     ///
+    /// Component A is the one from a Tekla model, of two such the one of the lesser name, then
+    /// GUID; without Tekla that of the smaller priority number, then of the lesser category path,
+    /// then the one that ObjectModelInfo::IsPriorityHigher names. Texts compare as the code page
+    /// shows them (see CodePage). Of several clashes between the same two GUIDs one becomes a
+    /// result: where Tekla is involved that of the smaller priority sum, then that nearer the
+    /// origin, then the first; else the last.
+    ///
+    /// Without a data source the results have no heights, no axis positions and no host's names.
+    ///
     /// When the data source throws, or a height text is not a number (std::invalid_argument,
     /// std::out_of_range), nothing is appended and nothing leaks; pairs that were already taken out
     /// stay so.
