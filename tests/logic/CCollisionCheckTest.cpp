@@ -229,6 +229,15 @@ TEST_F(Driver, StopsAfterAKeyThatNamesNoFloor) {
     EXPECT_EQ(check_.GetCheckedObjectNum(), 0);
 }
 
+TEST_F(Driver, StopsAfterAKeyWhoseKindsHaveNoRule) {
+    Prepare(TwoFloors());
+    check_.SetCollisionRule(HardRulesFor({}).release());
+    stop_.Set();
+    EXPECT_EQ(check_.CollisionCheck({Floor(L"a", {{1, L"1F"}, {1, L"2F"}})}), CHECK_STOPPED);
+    EXPECT_EQ(check_.GetAllCheckObjectNum(), 5);
+    EXPECT_EQ(check_.GetCheckedObjectNum(), 0);
+}
+
 TEST_F(Driver, DoesNotNoticeTheFlagWithoutAnyKey) {
     Prepare(TwoFloors());
     stop_.Set();
@@ -292,6 +301,26 @@ TEST_F(Driver, ReportsThatNoModelCouldBeBuilt) {
     check_.SetDataSource(source);
     EXPECT_FALSE(check_.InitCollisionModel());
     EXPECT_EQ(check_.GetCollisionModel(), nullptr);
+    EXPECT_FALSE(check_.IsCheckEnvironmentOk());
+}
+
+TEST_F(Driver, HasNoModelAnyMoreWhenANewOneCouldNotBeBuilt) {
+    Prepare(TwoFloors());
+    source_->hasModel = false;
+    EXPECT_FALSE(check_.InitCollisionModel());
+    EXPECT_EQ(check_.GetCollisionModel(), nullptr);
+    EXPECT_EQ(check_.CollisionCheck({}), CHECK_NO_MODEL);
+}
+
+TEST_F(Driver, ReturnsItsProgressToTheStartWhenItIsReleased) {
+    Prepare(TwoFloors());
+    check_.CollisionCheck({Floor(L"a", {{1, L"1F"}})});
+    check_.Release();
+    EXPECT_FALSE(check_.CheckIsSuccessDone());
+    EXPECT_EQ(check_.GetCurCheckFloor(), L"");
+    EXPECT_EQ(check_.GetAllCheckObjectNum(), 0);
+    EXPECT_EQ(check_.GetCheckedObjectNum(), 0);
+    check_.Release();  // nothing held, nothing done
     EXPECT_FALSE(check_.IsCheckEnvironmentOk());
 }
 

@@ -8,9 +8,9 @@
 
 #include <gmock/gmock.h>
 
+#include "support/CheckedScene.h"
 #include "support/Kinds.h"
-#include "support/RuleBuilder.h"
-#include "support/SceneBuilder.h"
+#include "support/StopFlag.h"
 
 namespace {
 
@@ -258,6 +258,45 @@ TEST(FloorModelInfo, ClearsClashesAndNothingElse) {
     FloorOf(*model)->ClearCollisionResultData();
     EXPECT_THAT(a->GetCollisionObjs(), IsEmpty());
     EXPECT_EQ(a->GetBoxRelatedObjs().size(), 1U);
+}
+
+// Components that stand apart, of a kind without a rule and of two with one. Without a diameter
+// filter the check of a component asks for its attributes once, which shows the order.
+SceneBuilder ThreeKinds() {
+    SceneBuilder scene;
+    scene.Add(L"z", kDuct, {0, 0, 0, 1, 1, 1});
+    scene.Add(L"c", kWall, {10, 0, 0, 11, 1, 1});
+    scene.Add(L"a", kSlab, {20, 0, 0, 21, 1, 1});
+    scene.Add(L"b", kWall, {30, 0, 0, 31, 1, 1});
+    return scene;
+}
+
+std::vector<std::wstring> AskedOf(const FakeDataSource& source) {
+    std::vector<std::wstring> ids;
+    for (const RecordedCall& call : source.calls) {
+        ids.push_back(call.id);
+    }
+    return ids;
+}
+
+TEST(FloorModelInfo, ChecksKindsWithARuleInPathOrderAndTheirComponentsInGuidOrder) {
+    CheckedScene checked(ThreeKinds(), {kDuct, kWall});
+    checked.CheckFloor();
+    EXPECT_EQ(checked.checkedCount, 3);
+    EXPECT_EQ(FloorOf(*checked.model)->GetAllObjectNum(), 4);
+    // "土建" (U+571F) is before "暖通" (U+6696); among the walls b comes before c.
+    EXPECT_THAT(AskedOf(checked.source), ElementsAre(L"obj:3", L"obj:1", L"obj:0"));
+}
+
+TEST(FloorModelInfo, StopsAfterTheComponentDuringWhichTheFlagIsSet) {
+    StopFlag stop;
+    CheckedScene checked(ThreeKinds(), {kDuct, kWall});
+    checked.source.onCall = [&](const RecordedCall& call) {
+        if (call.id == L"obj:1") stop.Set();
+    };
+    checked.CheckFloor();
+    EXPECT_EQ(checked.checkedCount, 2);
+    EXPECT_THAT(AskedOf(checked.source), ElementsAre(L"obj:3", L"obj:1"));
 }
 
 TEST(FloorModelInfo, CanBeReleasedAndFilledAgain) {

@@ -375,6 +375,49 @@ TEST_F(FloorResults, GiveTheSecondComponentTheMinorCategoryThatThisFloorKnowsIts
     EXPECT_EQ(items[0]->GetSubcategoryB(), L"污水管");
 }
 
+TEST_F(FloorResults, AreCountedWithoutThatSubstitution) {
+    scene_.At(1, L"1F").Add(L"wall", kWall, kCube);
+    scene_.Add(L"x", kDrain, kCube);
+    scene_.At(1, L"2F").Add(L"x", kDuct, kCube);
+    Build();
+    Record(Object(L"wall"), *FloorOf(*model_, 1, L"2F")->GetObjectModelInfo(L"x"));
+    // The duct outranks the wall as long as it keeps its own minor category.
+    EXPECT_EQ(model_->GetFloorResultTempNum(source_.get(), {1, L"1F"}), 0);
+    EXPECT_EQ(Results().size(), 1U);
+}
+
+TEST_F(FloorResults, AskTheHostForAxesThenForEachHeightAndLastForTheNameOfAMainPair) {
+    scene_.Add(L"duct", kDuct, kCube);
+    scene_.Add(L"revit", kRevitWall, kCube);
+    Build();
+    Record(L"duct", L"revit");
+    EXPECT_EQ(Results().size(), 1U);
+    std::vector<HostCall> kinds;
+    std::vector<std::wstring> ids;
+    for (const RecordedCall& call : source_->calls) {
+        kinds.push_back(call.call);
+        ids.push_back(call.id);
+    }
+    // "Revit" is walked before "暖通": from there the duct is the main component, so that nothing
+    // but the heights is asked for.
+    EXPECT_THAT(kinds,
+                ElementsAre(HostCall::kAxes, HostCall::kAttributes, HostCall::kAttributes,
+                            HostCall::kAttributes, HostCall::kAttributes, HostCall::kXiaoLeiName));
+    EXPECT_THAT(ids, ElementsAre(L"", L"obj:1", L"obj:0", L"obj:0", L"obj:1", L"revit"));
+}
+
+TEST_F(FloorResults, WalkTheRecordsThatAComponentHadAtItsTurn) {
+    scene_.Add(L"a", kTray, kCube).Attribute(L"drawstartendpt", L"0,0,0,9,0,0");
+    scene_.Add(L"b", kBox, kCube);
+    Build();
+    // A record of a component with itself leaves the list that is walked.
+    Object(L"a").AppendCollisionObj({&Object(L"a"), {}, 0, 0});
+    Record(L"a", L"b");
+    EXPECT_THAT(PairsOf(Results()), ElementsAre(L"a>a", L"a>b"));
+    ASSERT_EQ(Object(L"a").GetCollisionObjs().size(), 1U);
+    EXPECT_EQ(Object(L"a").GetCollisionObjs()[0].other, &Object(L"b"));
+}
+
 TEST_F(FloorResults, BelongToProjectMinusOneWithoutAProject) {
     FloorModelInfo floor(L"1F");
     ObjectModelInfo* a = NewObject(L"a", kCube);

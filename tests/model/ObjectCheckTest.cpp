@@ -110,6 +110,25 @@ TEST(ObjectCheck, PassesANeighbourWithoutARuleOver) {
     EXPECT_THAT(checked.source.CallsOf(HostCall::kCreateMesh), IsEmpty());
 }
 
+TEST(ObjectCheck, PassesANeighbourOverThatGoesByItsOwnGuidOnItsOwnFloor) {
+    CheckedScene checked(WallAndPipe(), {kDrain, kWall});
+    ObjectModelInfo& pipe = checked.Object(L"pipe");
+    checked.Object(L"wall").SetObjGuid(L"pipe");  // after the neighbours were listed
+    ASSERT_EQ(pipe.GetBoxRelatedObjs().size(), 1U);
+    checked.Check(L"pipe");
+    EXPECT_THAT(pipe.GetCollisionObjs(), IsEmpty());
+    EXPECT_THAT(checked.source.CallsOf(HostCall::kCreateMesh), IsEmpty());
+}
+
+TEST(ObjectCheck, TestsANeighbourOfItsOwnGuidOnAnotherFloor) {
+    SceneBuilder scene;
+    scene.At(1, L"1F").Add(L"same", kDrain, kPipeBox);
+    scene.At(1, L"2F").Add(L"same", kWall, kWallBox);
+    CheckedScene checked(scene, {kDrain, kWall});
+    checked.Check(L"same");
+    EXPECT_THAT(checked.ClashesOf(L"same"), ElementsAre(L"same"));
+}
+
 TEST(ObjectCheck, FindsNothingWithoutADataSource) {
     CheckedScene checked(WallAndPipe(), {kDrain, kWall});
     int count = 0;

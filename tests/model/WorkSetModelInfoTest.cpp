@@ -190,6 +190,20 @@ TEST(WorkSetModelInfo, FindsNoComponentUnderAnEmptyGuid) {
     EXPECT_NE(FloorOf(*model)->GetObjectModelInfo(L""), nullptr);
 }
 
+TEST(WorkSetModelInfo, FindsAComponentByItsFloorKeyAndGuid) {
+    SceneBuilder scene;
+    scene.At(1, L"1F").Add(L"a", kWall, kBoxA);
+    scene.At(1, L"2F").Add(L"a", kSlab, kBoxA);
+    scene.At(2, L"1F").Add(L"b", kWall, kBoxA);
+    const auto model = scene.BuildModel();
+    const ObjectModelInfo* found = model->GetObjectModelInfo({1, L"2F"}, L"A");
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->GetFloorName(), L"2F");
+    EXPECT_EQ(found->GetBelongCategoryModel()->GetAttCategory(), kSlab);
+    EXPECT_EQ(model->GetObjectModelInfo({1, L"1F"}, L"b"), nullptr);
+    EXPECT_EQ(model->GetObjectModelInfo({2, L"1F"}, L"b")->GetProjId(), 2);
+}
+
 TEST(WorkSetModelInfo, SupportsHolesWhenEveryProjectDoes) {
     WorkSetModelInfo model;
     EXPECT_TRUE(model.IsSupportHole());
