@@ -128,26 +128,30 @@ class KYCB_API ObjectModelInfo {
     /// 0.1 mm smaller still ranks first. False for a null `other`.
     bool IsPriorityHigher(IModelDataSource* source, const ObjectModelInfo* other) const;
 
-    /// The height text of a result, in rounded millimetres: one height, the underside of a tray or
-    /// duct, or "under~top" with a mark for sloped and engineering heights. Empty for any other or
-    /// no height type. A value beyond 32 bits is written as the nearest that fits.
+    /// The height text of a result, in rounded millimetres, by the attribute "heighttype":
+    /// "1" is "oneheight"; "3" too, but for a tray, trunking or duct that also has "sectheight" and
+    /// "bwthick" it is the underside, one height less half the section and the insulation; "2", "4"
+    /// (sloped) and "5" (engineering) are "underheight~topheight" with their mark. Empty for any
+    /// other or no type. A height that is absent is empty; one beyond 32 bits is written as the
+    /// nearest that fits.
     /// @throws std::invalid_argument, std::out_of_range for a height that is not a number.
     std::wstring GetObjAttHeight(const IModelDataSource* source) const;
 
-    /// The nominal diameter of a pipe (mm).
+    /// The nominal diameter of a pipe (mm), from "pipegczj".
     bool GetPipeGCZJ(IModelDataSource* source, double& value) const;
 
-    /// The end points of a pipe or duct support; false unless there are exactly six numbers.
+    /// The end points of a pipe or duct support, from "drawstartendpt" ("x,y,z,x,y,z"); false
+    /// unless there are exactly six numbers.
     bool GetPipeDuctSupportSEPt(IModelDataSource* source, CQNIMPosition& start,
                                 CQNIMPosition& end) const;
 
-    /// The section of a support: width and height, or, only where that attribute is absent, the
-    /// radius. What is not read keeps its value.
+    /// The section of a support: width and height from "sectwidthheight" ("w*h"), or, only where
+    /// that is absent, the radius from "sectradius". What is not read keeps its value.
     bool GetPipeDuctSupportSect(IModelDataSource* source, double& width, double& height,
                                 double& radius) const;
 
-    /// The GUIDs of components and fittings that belong with this one. A list whose attribute is
-    /// absent is left as it was.
+    /// The GUIDs of components and fittings that belong with this one, from "relatedobjs" and
+    /// "relatedfits", separated by ",". A list whose attribute is absent is left as it was.
     void GetRelatedObjs(const IModelDataSource* source, std::vector<std::wstring>& relatedObjs,
                         std::vector<std::wstring>& relatedFits) const;
 
@@ -156,12 +160,14 @@ class KYCB_API ObjectModelInfo {
                      std::wstring& value) const;
 
     /// The record of this component as an existing opening; empty when its category is none of an
-    /// opening, or when its shape, centre, elevation or parent is missing.
+    /// opening, or when one of the four attributes below is missing. "holesize" is optional: one
+    /// number, or width and height separated by ",".
     /// @throws std::invalid_argument, std::out_of_range for a size that is not an integer.
     std::shared_ptr<RESULT::CExistingHole> GetExistingHole(const IModelDataSource* source) const;
 
-    /// The host's shape number; -1, and false, when it is missing or no integer.
+    /// The host's shape number, "holeshape"; -1, and false, when it is missing or no integer.
     bool GetExistingHoleShape(const IModelDataSource* source, int& shape) const;
+    /// The texts "holecenter", "holeelev" and "parentid" as they are.
     bool GetExistingHoleCenter(const IModelDataSource* source, std::wstring& center) const;
     bool GetExistingHoleElevation(const IModelDataSource* source, std::wstring& elevation) const;
     bool GetExistingHoleParentId(const IModelDataSource* source, std::wstring& parentId) const;
