@@ -238,6 +238,19 @@ TEST_F(FloorResults, TakeEachPairOutOfTheSecondComponentsRecordsOnly) {
     EXPECT_THAT(Object(L"wall").GetCollisionObjs(), IsEmpty());
 }
 
+TEST_F(FloorResults, AreTheSameWhenTheyAreAskedForAgain) {
+    scene_.Add(L"duct", kDuct, kCube);
+    scene_.Add(L"wall", kWall, kCube);
+    scene_.Add(L"drain", kDrain, kCube);
+    Build();
+    Record(L"duct", L"wall");
+    Record(L"wall", L"drain");
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(model_->GetFloorResultTempNum(source_.get(), {1, L"1F"}), 2);
+        EXPECT_THAT(PairsOf(Results()), ElementsAre(L"drain>wall", L"duct>wall"));
+    }
+}
+
 TEST_F(FloorResults, LeaveRecordsWhoseOwnerIsNotTheMainComponent) {
     scene_.At(1, L"1F").Add(L"wall", kWall, kCube);
     scene_.At(1, L"2F").Add(L"duct", kDuct, kCube);
