@@ -115,7 +115,7 @@ class KYCB_API CCollisionCheck {
         const std::vector<SCollisionFloor>& floors,
         std::map<FloorKey, std::vector<std::shared_ptr<RESULT::CExistingHole>>>& holes);
 
-    /// How many results the given floors would yield at most; asked before GetCollisionResult.
+    /// How many results to expect of the given floors; asked before GetCollisionResult.
     int GetResultTempNum(const std::vector<FloorKey>& floorKeys);
 
     /// The cancel request. The host sets it, and clears it before the next run; the library only

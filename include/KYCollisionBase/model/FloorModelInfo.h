@@ -130,8 +130,10 @@ class KYCB_API FloorModelInfo {
     void GetFloorCollisionResult(LOGIC::IModelDataSource* source,
                                  std::vector<RESULT::KyResultItem*>& results);
 
-    /// How many recorded clashes have their owner as the main component. Changes nothing. Can
-    /// exceed the later number of results, because doubled results of Tekla components collapse.
+    /// How many recorded clashes have their owner as the main component. Changes nothing. The later
+    /// number of results can be lower, because several of one pair collapse, and it can differ
+    /// where this floor knows the GUID of a component B under another minor category, which only
+    /// the results go by.
     int GetFloorResultTempNum(LOGIC::IModelDataSource* source);
 
     /// Appends the opening records of all components that are openings.

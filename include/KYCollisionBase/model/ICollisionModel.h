@@ -43,7 +43,7 @@ class KYCB_API ICollisionModel {
     virtual void ReleaseModel() = 0;
 
     /// Appends every component of the whole work set whose box meets `box` in plan and reaches
-    /// more than 1 mm into its vertical range.
+    /// at least 1 mm into its vertical range.
     virtual void QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
                              std::vector<ObjectModelInfo*>& found) = 0;
 
@@ -81,7 +81,7 @@ class KYCB_API ICollisionModel {
         LOGIC::IModelDataSource* source, const FloorKey& floorKey,
         std::vector<std::shared_ptr<RESULT::CExistingHole>>& holes) const = 0;
 
-    /// How many results the floor would yield at most; to be asked before they are generated.
+    /// How many results to expect of the floor; to be asked before they are generated.
     virtual int GetFloorResultTempNum(LOGIC::IModelDataSource* source,
                                       const FloorKey& floorKey) = 0;
 
