@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // From the clashes recorded on a floor's components to result items, counts and openings.
 #include "KYCollisionBase/logic/IModelDataSource.h"
-#include "KYCollisionBase/logic/SQNGIAxisItem.h"
 #include "KYCollisionBase/model/AttCategoryModelInfo.h"
 #include "KYCollisionBase/model/FloorModelInfo.h"
 #include "KYCollisionBase/model/ObjectModelInfo.h"
@@ -14,6 +13,7 @@
 #include <utility>
 
 #include "platform/Text.h"
+#include "result/FloorAxes.h"
 
 namespace KYCOLLISION::MODEL {
 
@@ -25,22 +25,6 @@ namespace text = kycb::text;
 
 constexpr const wchar_t* kTekla = L"Tekla";
 constexpr const wchar_t* kRevit = L"Revit";
-
-// The axis items of a floor, freed whatever happens while results are generated.
-struct FloorAxes {
-    std::vector<LOGIC::SQNGIAxisItem*> items;
-    KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*> tree;
-
-    FloorAxes() = default;
-    FloorAxes(const FloorAxes&) = delete;
-    FloorAxes& operator=(const FloorAxes&) = delete;
-    ~FloorAxes() {
-        tree = {};
-        for (LOGIC::SQNGIAxisItem* item : items) {
-            delete item;
-        }
-    }
-};
 
 // One component of a pair, as it goes into a result.
 struct Side {
@@ -193,7 +177,7 @@ class FloorModelInfo::ResultBuilder {
 
     FloorModelInfo& floor_;
     LOGIC::IModelDataSource* source_;
-    FloorAxes axes_;
+    kycb::FloorAxes axes_;
     std::map<std::wstring, std::unique_ptr<KyResultItem>> items_;
 };
 

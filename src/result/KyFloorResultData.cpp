@@ -2,33 +2,14 @@
 #include "KYCollisionBase/result/KyFloorResultData.h"
 
 #include "KYCollisionBase/logic/IModelDataSource.h"
-#include "KYCollisionBase/logic/SQNGIAxisItem.h"
-#include "KYCollisionBase/platform/QuadTree.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 
 #include <utility>
 
+#include "result/FloorAxes.h"
 #include "result/ItemPool.h"
 
 namespace KYCOLLISION::RESULT {
-
-namespace {
-
-// The axes of a floor as a host hands them over, deleted with this record after the tree.
-struct FloorAxes {
-    FloorAxes() = default;
-    ~FloorAxes() {
-        for (LOGIC::SQNGIAxisItem* item : items)
-            delete item;
-    }
-    FloorAxes(const FloorAxes&) = delete;
-    FloorAxes& operator=(const FloorAxes&) = delete;
-
-    std::vector<LOGIC::SQNGIAxisItem*> items;
-    KyResultItem::AxisTree tree;
-};
-
-}  // namespace
 
 KyFloorResultData::KyFloorResultData(std::wstring floorName)
     : floorName_(std::move(floorName)), pool_(std::make_shared<kycb::ItemPool>()) {}
@@ -80,7 +61,7 @@ void KyFloorResultData::InitResultItemAttHeightInfo(const LOGIC::IModelDataSourc
 
 void KyFloorResultData::ReCatulateAxisInfo(const LOGIC::IModelDataSource* source, int projectId) {
     if (!source) return;
-    FloorAxes axes;
+    kycb::FloorAxes axes;
     source->GetFloorAxisInfo(projectId, floorName_, axes.items, axes.tree);
     for (KyResultItem* item : items_)
         item->ReCatulateAxisInfo(axes.tree);
