@@ -75,6 +75,10 @@ std::string DeclaredEncoding(std::string_view bytes) {
     return std::string(bytes.substr(open + 1, close - open - 1));
 }
 
+bool IsEncoding(std::string_view name, std::wstring_view other) {
+    return text::EqualIgnoringAsciiCase(FromUtf8(name), other);
+}
+
 /// An encoding of two or four bytes a character shows in how it writes the first "<".
 std::string EncodingOfFirstCharacter(std::string_view bytes) {
     using namespace std::string_view_literals;
@@ -95,18 +99,17 @@ Encoding DetectEncoding(std::string_view bytes) {
     std::string name = EncodingOfFirstCharacter(bytes);
     if (name.empty()) name = DeclaredEncoding(bytes);
     if (name.empty()) name = "UTF-8";
+    // Who declares GB2312 writes code page 936, which holds it and more, and for which that is the
+    // customary name.
+    if (IsEncoding(name, L"gb2312")) name = "GBK";
     return {name, 0};
-}
-
-bool IsUtf8(std::string_view name) {
-    return name.size() == 5 && text::EqualIgnoringAsciiCase(FromUtf8(name), L"utf-8");
 }
 
 /// The content of a file as UTF-8 without a byte order mark.
 Status ToUtf8(const std::wstring& name, std::string& bytes) {
     const Encoding encoding = DetectEncoding(bytes);
     bytes.erase(0, encoding.markSize);
-    if (IsUtf8(encoding.name)) return {};
+    if (IsEncoding(encoding.name, L"utf-8")) return {};
     std::optional<text::Converter> converter = text::Converter::Open(encoding.name);
     if (!converter) return Failure(name, "unknown encoding \"" + encoding.name + "\"");
     const auto decoded = converter->Decode(bytes, text::InvalidBytes::kRefuse);
@@ -131,24 +134,37 @@ Status CheckCharacters(const std::wstring& name, std::string_view bytes) {
 }
 
 unsigned int ParseFlags(Keep keep) {
-    // A text of nothing but blanks counts when it is all that an element holds.
+    // A text of nothing but blanks counts when it is all that an element holds. Text beside the
+    // root element is kept only to be refused.
     unsigned int flags = pugi::parse_default | pugi::parse_ws_pcdata_single |
-                         pugi::parse_declaration | pugi::parse_doctype;
+                         pugi::parse_declaration | pugi::parse_doctype | pugi::parse_fragment;
     if (keep == Keep::kAllNodes) flags |= pugi::parse_comments | pugi::parse_pi;
     return flags;
 }
 
+struct Fault {
+    const char* reason = nullptr;
+    std::ptrdiff_t offset = 0;
+};
+
 /// What the parser lets pass although it is no document that we should read.
-const char* FaultOf(const pugi::xml_document& document) {
-    int roots = 0;
+Fault FaultOf(const pugi::xml_document& document) {
+    bool hasRoot = false;
     for (const pugi::xml_node& node : document) {
-        if (node.type() == pugi::node_element) ++roots;
+        const std::ptrdiff_t offset = node.offset_debug();
+        if (node.type() == pugi::node_element) {
+            if (hasRoot) return {"more than one root element", offset};
+            hasRoot = true;
+        }
+        if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata) {
+            return {"text outside the root element", offset};
+        }
         if (node.type() == pugi::node_doctype &&
             std::string_view(node.value()).find("<!ENTITY") != std::string_view::npos) {
-            return "entity declarations are not allowed";
+            return {"entity declarations are not allowed", offset};
         }
     }
-    return roots > 1 ? "more than one root element" : nullptr;
+    return {hasRoot ? nullptr : "no root element"};
 }
 
 Status Parse(pugi::xml_document& document, const std::wstring& name, std::string_view bytes,
@@ -156,22 +172,30 @@ Status Parse(pugi::xml_document& document, const std::wstring& name, std::string
     if (Status status = CheckCharacters(name, bytes); !status.IsOk()) return status;
     const pugi::xml_parse_result result =
         document.load_buffer(bytes.data(), bytes.size(), ParseFlags(keep), pugi::encoding_utf8);
-    if (!result) {
-        document.reset();
-        const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(result.offset, 0));
-        return FailureAt(name, bytes, offset, result.description());
-    }
-    if (const char* fault = FaultOf(document)) {
-        document.reset();
-        return Failure(name, fault);
-    }
-    return {};
+    const Fault fault = result ? FaultOf(document) : Fault{result.description(), result.offset};
+    if (!fault.reason) return {};
+    const auto offset = static_cast<std::size_t>(std::max<std::ptrdiff_t>(fault.offset, 0));
+    Status failure = FailureAt(name, bytes, offset, fault.reason);
+    document.reset();
+    return failure;
 }
 
+/// A carriage return in the output can only come from the text of an element, where the printer
+/// leaves it as it is and a reader would take it for a line feed; a reference to it survives.
 class FileWriter : public pugi::xml_writer {
   public:
     explicit FileWriter(platform::SafeFile& file) : file_(file) {}
-    void write(const void* data, std::size_t size) override { file_.Write(data, size); }
+
+    void write(const void* data, std::size_t size) override {
+        constexpr std::string_view kReference = "&#13;";
+        std::string_view rest(static_cast<const char*>(data), size);
+        for (std::size_t at; (at = rest.find('\r')) != std::string_view::npos;
+             rest.remove_prefix(at + 1)) {
+            file_.Write(rest.data(), at);
+            file_.Write(kReference.data(), kReference.size());
+        }
+        file_.Write(rest.data(), rest.size());
+    }
 
   private:
     platform::SafeFile& file_;

@@ -18,11 +18,11 @@ enum class Keep {
 };
 
 /// Reads an XML file. A byte order mark, else the declaration, names the encoding (UTF-8 without
-/// either). Refused, with the reason and the place: a file that cannot be read or is larger than 1
-/// GiB, an unknown encoding, bytes that are invalid in the encoding, characters that XML forbids,
-/// text that is not well-formed, more than one root element, declarations of entities (so a small
-/// file cannot stand for a huge text). Any depth of nesting is read without recursion. After a
-/// failure the document is empty.
+/// either; "GB2312" stands for code page 936). Refused, with the reason and the place: a file that
+/// cannot be read or is larger than 1 GiB, an unknown encoding, bytes that are invalid in the
+/// encoding, characters that XML forbids, text that is not well-formed, no root element or more
+/// than one, text beside it, declarations of entities (so a small file cannot stand for a huge
+/// text). Any depth of nesting is read without recursion. After a failure the document is empty.
 Status LoadFile(pugi::xml_document& document, const std::wstring& path, Keep keep);
 
 /// The same for the content of a file; `name` stands for the file in the text of a failure.

@@ -31,11 +31,11 @@ std::string EntityBomb() {
 std::vector<HostileXml> HostileXmlCorpus() {
     using namespace std::string_literals;
     std::vector<HostileXml> corpus = {
-        {"empty", "", "No document element"},
-        {"blanks", "  \n", "No document element"},
-        {"only a declaration", "<?xml version=\"1.0\"?>", "No document element"},
-        {"only a comment", "<!-- x -->", "No document element"},
-        {"plain text", "hello", "No document element"},
+        {"empty", "", "1:1: no root element"},
+        {"blanks", "  \n", "1:1: no root element"},
+        {"only a declaration", "<?xml version=\"1.0\"?>", "1:1: no root element"},
+        {"only a comment", "<!-- x -->", "1:1: no root element"},
+        {"plain text", "hello", "1:1: text outside the root element"},
         {"cut in a tag", "<r><a b=\"1\"", "1:11: "},
         {"cut in a value", "<r>\n<a b=\"1", "2:7: Error parsing element attribute"},
         {"cut before the end", "<r><a/>", "Start-end tags mismatch"},
@@ -45,7 +45,10 @@ std::vector<HostileXml> HostileXmlCorpus() {
         {"crossed tags", "<r><a><b></a></b></r>", "Start-end tags mismatch"},
         {"unquoted value", "<r a=1/>", "Error parsing element attribute"},
         {"no tag name", "<>", "1:2: Could not determine tag type"},
-        {"two roots", "<r/><s/>", "more than one root element"},
+        {"two roots", "<r/><s/>", "1:6: more than one root element"},
+        {"text before the root", "<!-- x -->lost<r/>", "1:11: text outside the root element"},
+        {"text behind the root", "<r/>lost", "1:5: text outside the root element"},
+        {"character data behind the root", "<r/><![CDATA[x]]>", "text outside the root element"},
         {"entity bomb", EntityBomb(), "entity declarations are not allowed"},
         {"external entity", "<!DOCTYPE r [<!ENTITY x SYSTEM \"file:///etc/passwd\">]><r>&x;</r>",
          "entity declarations are not allowed"},

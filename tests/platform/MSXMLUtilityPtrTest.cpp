@@ -173,6 +173,15 @@ TEST(OpenXml, ReadsEachEncoding) {
     }
 }
 
+TEST(OpenXml, TakesGb2312ForTheCodePageThatHoldsMore) {
+    // U+9555 has the bytes E9 46 in code page 936 and none in GB 2312 itself.
+    const TempFolder folder;
+    const auto document =
+        Open(folder, "<?xml version=\"1.0\" encoding=\"gb2312\"?><r a=\"\xE9\x46\"/>");
+    ASSERT_TRUE(document);
+    EXPECT_EQ(Xml::GetAttributeValue(Root(*document), L"a"), L"\u9555");
+}
+
 TEST(OpenXml, RefusesEachHostileFileClearly) {
     const TempFolder folder;
     for (const kycbtest::HostileXml& hostile : kycbtest::HostileXmlCorpus()) {

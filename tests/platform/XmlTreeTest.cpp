@@ -149,6 +149,20 @@ TEST(XmlTree, KeepsATextOfBlanks) {
     EXPECT_EQ(tree->GetChildText(0), L"  ");
 }
 
+TEST(XmlTree, KeepsEachKindOfLineEndInTextsAndAttributes) {
+    const TempFolder folder;
+    const std::wstring text = L"\rone\ntwo\r\nthree\r";
+    const TreePtr tree = Loaded(L"<r/>");
+    tree->GotoRoot(L"r");
+    tree->AddChild(L"a", text);
+    tree->SetAttribute(L"n", text);
+    ASSERT_TRUE(tree->SaveFile(folder.File("out.xml")));
+    ASSERT_TRUE(tree->LoadFile(folder.File("out.xml")));
+    ASSERT_TRUE(tree->GotoRoot(L"r"));
+    EXPECT_EQ(tree->GetChildText(0), text);
+    EXPECT_EQ(tree->GetChildAttribute(0, L"n"), text);
+}
+
 TEST(XmlTree, IgnoresTheEncodingThatATextDeclares) {
     const TreePtr tree = Loaded(L"<?xml version=\"1.0\" encoding=\"GBK\"?><r a=\"\u6881\"/>");
     ASSERT_TRUE(tree->GotoRoot(L"r"));

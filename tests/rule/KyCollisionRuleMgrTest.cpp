@@ -301,8 +301,8 @@ TEST(KyCollisionRuleMgr, ReadsBackAnEqualRuleSet) {
     ASSERT_TRUE(written.InitByXmlString(
         L"<CollisionRule><Specialty name=\"暖通\">"
         L"<RuleItem gjtype=\"暖通/风管/&lt;&quot;&amp;&#10;&#x1F600;\" isvalid=\"true\">"
-        L"<Filter type=\"1\">a&amp;b&lt;=5</Filter><Mode type=\"2\">-3</Mode>"
-        L"<Excludes><E>土建/&lt;x&gt;/y</E><E>Revit/墙</E></Excludes></RuleItem>"
+        L"<Filter type=\"1\">a&amp;b&#13;&#10;c&#13;&lt;=5</Filter><Mode type=\"2\">-3</Mode>"
+        L"<Excludes><E>土建/&lt;x&gt;/y&#13;</E><E>Revit/墙</E></Excludes></RuleItem>"
         L"<RuleItem gjtype=\"暖通/风管/b\"><Mode type=\"77\"/></RuleItem></Specialty>"
         L"<Specialty name=\"tekla\"><RuleItem gjtype=\"tekla/板\" isvalid=\"true\"/></Specialty>"
         L"</CollisionRule>"));
@@ -310,6 +310,8 @@ TEST(KyCollisionRuleMgr, ReadsBackAnEqualRuleSet) {
     KyCollisionRuleMgr read;
     ASSERT_TRUE(read.InitByXmlPath(folder.File("rules.xml")));
     EXPECT_TRUE(read.GetRule()->Equal(*written.GetRule()));
+    EXPECT_EQ(read.GetRuleItem(L"暖通/风管/<\"&\n\U0001F600")->GetFilter()->ToString(),
+              L"a&b\r\nc\r<=5");
     const auto* before = written.GetRule()->GetInValidRuleItemArray(L"暖通");
     const auto* after = read.GetRule()->GetInValidRuleItemArray(L"暖通");
     ASSERT_EQ(after->size(), 1u);
