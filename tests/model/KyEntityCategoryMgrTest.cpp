@@ -124,6 +124,15 @@ TEST_F(KyEntityCategoryMgrTest, FindsTheFirstSpecialtyOfAName) {
     EXPECT_EQ(tree.GetSpecNode(L"消防"), nullptr);
 }
 
+TEST_F(KyEntityCategoryMgrTest, FindsASpecialtyWithoutANameByTheEmptyName) {
+    WriteConfig(kConfig);
+    const LoadedTree tree;
+    EXPECT_EQ(tree.GetSpecNodeIndexByName(L""), 1);
+    ASSERT_NE(tree.GetSpecNode(L""), nullptr);
+    EXPECT_EQ(tree.GetSpecNode(L"")->type, eNodeZhuanye);
+    EXPECT_EQ(tree.GetSpecNode(1), nullptr) << "although its index gives nothing";
+}
+
 TEST_F(KyEntityCategoryMgrTest, GivesNothingForIndexesOutside) {
     WriteConfig(kConfig);
     const LoadedTree tree;
@@ -200,6 +209,10 @@ TEST_F(KyEntityCategoryMgrTest, LeavesOutWhatHangsOnARefusedItem) {
     control.refused = L"墙";
     EXPECT_TRUE(LoadedTree().InitTreeControl(&control, nullptr, nullptr));
     EXPECT_THAT(control.paths, ElementsAre(L"土建", L"土建/柱", L"电气", L"土建", L"土建/second"));
+    RecordingControl other;
+    other.refused = L"土建";
+    EXPECT_TRUE(LoadedTree().InitTreeControl(&other, nullptr, nullptr));
+    EXPECT_THAT(other.paths, ElementsAre(L"电气")) << "the next specialty still comes";
 }
 
 TEST_F(KyEntityCategoryMgrTest, NeedsATreeControl) {

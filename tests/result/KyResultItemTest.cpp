@@ -374,6 +374,26 @@ TEST(KyResultItem, TheSecondComponentDecidesWithinOneMainKind) {
     EXPECT_FALSE(SortsBefore(Pair(wallOfOtherSystem, beam, L"a"), Pair(wall, pipe, L"z")));
 }
 
+TEST(KyResultItem, MainComponentsThatDifferInWhatTheKindLeavesOutTieWithoutALookAtTheSecond) {
+    const PriorityScope priorities({{L"土建/梁/框架梁", 20}, {L"给排水/管/给水管", 10}});
+    // The kind of a Revit component ends after the major category, so both walls are of one kind.
+    const SObjAttInfo brick{L"Revit", L"墙", L"砖墙", L"Q1", L""};
+    const SObjAttInfo glass{L"Revit", L"墙", L"幕墙", L"Q1", L""};
+    const SObjAttInfo beam{L"土建", L"梁", L"框架梁", L"KL1", L""};
+    const SObjAttInfo pipe{L"给排水", L"管", L"给水管", L"DN50", L""};
+    EXPECT_TRUE(SortsBefore(Pair(brick, beam, L"a"), Pair(glass, pipe, L"b")));
+    EXPECT_FALSE(SortsBefore(Pair(glass, pipe, L"b"), Pair(brick, beam, L"a")));
+}
+
+TEST(KyResultItem, AListedKindMayRankBelowAllUnlistedOnes) {
+    const PriorityScope priorities({{L"土建/梁/框架梁", 1001}, {L"给排水/管/给水管", 999}});
+    const SObjAttInfo unlisted{L"电气", L"桥架", L"", L"", L""};
+    const SObjAttInfo beam{L"土建", L"梁", L"框架梁", L"KL1", L""};
+    const SObjAttInfo pipe{L"给排水", L"管", L"给水管", L"DN50", L""};
+    EXPECT_TRUE(SortsBefore(Pair(unlisted, {}, L"z"), Pair(beam, {}, L"a")));
+    EXPECT_TRUE(SortsBefore(Pair(pipe, {}, L"z"), Pair(unlisted, {}, L"a")));
+}
+
 TEST(KyResultItem, KindsOfEqualPrioritySortByTheCodePage) {
     const PriorityScope priorities(kSomePriorities);
     // 暖 stands before 电 in Unicode (U+6696, U+7535) and after it in GBK (C5AF, B5E7).

@@ -173,6 +173,14 @@ TEST(KyAttrRangeFilter, ClonesThroughItsText) {
     EXPECT_EQ(odd->ToString(), L"=0") << "a=b(mm)=100 splits into three parts";
 }
 
+TEST(KyAttrRangeFilter, ClonesANumberBeyondASignedOneAsTheLargestOfThese) {
+    KyAttrRangeFilter filter(L"DN=-1");
+    ASSERT_EQ(filter.ToString(), L"DN=4294967295");
+    const std::unique_ptr<IKyCollisionFilter> copy(filter.Clone());
+    EXPECT_EQ(copy->ToString(), L"DN=2147483647");
+    EXPECT_EQ(KyAttrRangeFilter(L"DN=-9999999999").GetValue(), 2147483648u);
+}
+
 TEST(KyAttrRangeFilter, CopiesAllFields) {
     KyAttrRangeFilter filter(L"a(b)<7");
     const KyAttrRangeFilter copy(filter);

@@ -150,6 +150,9 @@ TEST(IsCollisionWith, MatchesTheSpecialtyByTheKeyOnly) {
     item.AddExcludeItem(L"电气", kWholeSpecialty);
     EXPECT_FALSE(item.IsCollisionWith(L"电气/电缆桥架/桥架"));
     EXPECT_TRUE(item.IsCollisionWith(L"土建/墙/砖内墙"));
+    item.AddExcludeItem(L"Tekla", kWholeSpecialty);
+    EXPECT_FALSE(item.IsCollisionWith(L"Tekla/板"));
+    EXPECT_TRUE(item.IsCollisionWith(L"tekla/板")) << "the key counts with its case";
 }
 
 TEST(IsCollisionWith, IgnoresExclusionsOfUnknownLevels) {

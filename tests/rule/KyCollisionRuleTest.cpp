@@ -119,6 +119,28 @@ TEST(AddRuleItem, AddsASecondItemForAPathThatIsThere) {
     EXPECT_NE(rule.QueryRuleItem(kWater, 0), rule.QueryRuleItem(kWater, 1));
 }
 
+TEST(AddRuleItem, OfAnItemThatIsSwitchedTheOtherWayMovesIt) {
+    KyCollisionRule rule;
+    rule.AddRuleItem(kSupply, true);
+    rule.AddRuleItem(kSewage, true);
+    KyCollisionRuleItem* item = Item(rule, kSupply);
+    EXPECT_TRUE(rule.AddRuleItem(item, false));
+    EXPECT_THAT(ValidPaths(rule), ElementsAre(kSewage));
+    EXPECT_THAT(*rule.GetInValidRuleItemArray(kWater), ElementsAre(item));
+    EXPECT_TRUE(rule.AddRuleItem(item, true));
+    EXPECT_THAT(ValidPaths(rule), ElementsAre(kSewage, kSupply));
+    EXPECT_THAT(InvalidPaths(rule), IsEmpty());
+}
+
+TEST(AddRuleItem, TakesAPathWithALastSeparatorAsItStands) {
+    KyCollisionRule rule;
+    EXPECT_TRUE(rule.AddRuleItem(L"给排水/管道/给水管/", true));
+    EXPECT_TRUE(rule.AddRuleItem(L"Tekla/板/", true));
+    EXPECT_NE(rule.QueryRuleItem(L"给排水/管道/给水管/"), nullptr);
+    EXPECT_EQ(rule.QueryRuleItem(L"给排水/管道/给水管"), nullptr) << "paths compare whole";
+    EXPECT_NE(rule.QueryRuleItem(L"Tekla/板/"), nullptr);
+}
+
 TEST(AddRuleItem, FilesAnItemUnderTheFirstPartOfItsPath) {
     KyCollisionRule rule;
     KyCollisionRuleItem* item = NewItem(L"电气", kSupply).release();

@@ -42,7 +42,8 @@ class KYCB_API KyEntityCategoryMgr {
     int GetSpecNodeCount() const;
     /// Null for an invalid specialty.
     const KyCategoryNode* GetSpecNode(int i) const;
-    /// The first specialty of this name, or null.
+    /// The first specialty of this name, or null. The empty name finds one without a name, although
+    /// that is invalid.
     const KyCategoryNode* GetSpecNode(const std::wstring& name) const;
     /// The index of the first specialty of this name, or -1.
     int GetSpecNodeIndexByName(const std::wstring& name) const;

@@ -44,8 +44,9 @@ class KYCB_API KyWorksetResultData : public IKyResultData {
     /// back as it was.
     bool SerializeToXml(std::wstring path) override;
 
-    /// Elements are known by their place, not by their names; each item goes to the project and
-    /// floor of its own component A, wherever it stands.
+    /// Elements are known by their place, not by their names, and what stands between them
+    /// (comments, texts) is passed over; each item goes to the project and floor of its own
+    /// component A, wherever it stands.
     bool InitByXml(std::wstring path) override;
 
     void SetTimeStamp(std::wstring timeStamp) override;

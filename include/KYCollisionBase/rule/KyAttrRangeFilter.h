@@ -19,9 +19,9 @@ class KYCB_API KyAttrRangeFilter : public IKyCollisionFilter {
     ///
     /// The last operator in the text counts. The texts before and after it are the field name,
     /// without blanks at its ends, and the number, of which only the leading digits count (0
-    /// without any). A negative number wraps to 2^32 minus its magnitude. A text that does not
-    /// split into two parts at the operator sets the operator only. A field name that ends with ")"
-    /// but holds no "(" has no unit.
+    /// without any; one beyond a signed 32-bit integer counts as its limit). A negative number
+    /// wraps to 2^32 minus its magnitude. A text that does not split into two parts at the operator
+    /// sets the operator only. A field name that ends with ")" but holds no "(" has no unit.
     explicit KyAttrRangeFilter(const std::wstring& text);
 
     const std::wstring& GetFieldName() const { return fieldName_; }
@@ -39,8 +39,8 @@ class KYCB_API KyAttrRangeFilter : public IKyCollisionFilter {
 
     EnumFilterType GetFilterType() const override;
 
-    /// A filter read from this one's text form; where the fields hold operators of their own it may
-    /// differ from this one.
+    /// A filter read from this one's text form; it differs from this one where the fields hold
+    /// operators of their own or the number is above 2^31 - 1.
     IKyCollisionFilter* Clone() override;
 
     std::wstring ToString() const override;

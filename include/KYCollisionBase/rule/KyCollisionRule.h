@@ -56,7 +56,8 @@ class KYCB_API KyCollisionRule {
     bool AddRuleItem(const std::wstring& path, bool valid);
 
     /// Moves `item` over when it is among the items switched the other way, else takes ownership of
-    /// it. False, and the item stays the caller's, when it is null or no item can have its path.
+    /// it; one that is switched this way already is listed a second time. False, and the item stays
+    /// the caller's, when it is null or no item can have its path.
     bool AddRuleItem(KyCollisionRuleItem* item, bool valid);
 
     /// Switches a valid item off; it is not destroyed. False when it is no valid item.

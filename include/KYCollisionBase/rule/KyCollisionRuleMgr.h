@@ -51,7 +51,8 @@ class KYCB_API KyCollisionRuleMgr {
 
     /// Writes the rule set to a file, which is replaced as a whole or not at all. False without a
     /// rule set, or when the file cannot be written. True without writing anything when no XML tree
-    /// can be had.
+    /// can be had. Characters that XML forbids (control characters but tab and line ends, unpaired
+    /// surrogates) are written as U+FFFD; every other text comes back as it was.
     bool SaveToXMLFile(const std::wstring& path) const;
 
     /// The rule set held, or null. It stays the manager's.

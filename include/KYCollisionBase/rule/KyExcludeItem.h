@@ -9,7 +9,8 @@ namespace KYCOLLISION::Rule {
 
 /// One exclusion of a rule item: a kind that it is not reported against. A plain value.
 struct KYCB_API KyExcludeItem {
-    int level = 0;  ///< 0 a whole specialty, 1 a major category, 2 a minor category
+    /// 0 a whole specialty, 1 a major category, 2 a minor category; any other excludes nothing.
+    int level = 0;
     std::wstring specialty;
     std::wstring dalei;    ///< used at levels 1 and 2
     std::wstring xiaolei;  ///< used at level 2
