@@ -161,6 +161,8 @@ TEST(FloorModelInfo, PassesComponentsOverThatOverlapVerticallyByLessThanOneMilli
     EXPECT_THAT(QueryCubeAgainst(999.5, 2000), IsEmpty());
     EXPECT_THAT(QueryCubeAgainst(1000, 2000), IsEmpty());
     EXPECT_THAT(QueryCubeAgainst(-1000, 0.5), IsEmpty());
+    EXPECT_THAT(QueryCubeAgainst(999.001, 2000), IsEmpty());
+    EXPECT_THAT(QueryCubeAgainst(-1000, 0.999), IsEmpty());
     // The narrowed range is closed: exactly one millimetre suffices.
     EXPECT_THAT(QueryCubeAgainst(999, 2000), ElementsAre(L"b"));
     EXPECT_THAT(QueryCubeAgainst(-1000, 1), ElementsAre(L"b"));

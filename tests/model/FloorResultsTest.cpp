@@ -388,6 +388,22 @@ TEST_F(FloorResults, GiveTheSecondComponentTheMinorCategoryThatThisFloorKnowsIts
     EXPECT_EQ(items[0]->GetSubcategoryB(), L"污水管");
 }
 
+TEST_F(FloorResults, GiveTheSecondComponentTheMinorCategoryOfTheFirstKindThatKnowsItsGuid) {
+    const auto minorCategoryOfB = [&](const std::wstring& firstMinorCategory) {
+        scene_ = SceneBuilder();
+        scene_.At(1, L"1F").Add(L"main", kDuct, kCube);
+        scene_.Add(L"x", kDrain, kCube);
+        // "电气" (U+7535) is walked before "给排水" (U+7ED9).
+        scene_.Add(L"x", {L"电气", L"配电设备", firstMinorCategory}, kCube);
+        scene_.At(1, L"2F").Add(L"x", kWall, kCube);
+        Build();
+        Record(Object(L"main"), *FloorOf(*model_, 1, L"2F")->GetObjectModelInfo(L"x"));
+        return Results().at(0)->GetSubcategoryB();
+    };
+    EXPECT_EQ(minorCategoryOfB(L"配电箱"), L"配电箱");
+    EXPECT_EQ(minorCategoryOfB(L""), kWall.xiaolei);  // an empty one replaces nothing
+}
+
 TEST_F(FloorResults, AreCountedWithoutThatSubstitution) {
     scene_.At(1, L"1F").Add(L"wall", kWall, kCube);
     scene_.Add(L"x", kDrain, kCube);
@@ -422,12 +438,14 @@ TEST_F(FloorResults, AskTheHostForAxesThenForEachHeightAndLastForTheNameOfAMainP
 TEST_F(FloorResults, WalkTheRecordsThatAComponentHadAtItsTurn) {
     scene_.Add(L"a", kTray, kCube).Attribute(L"drawstartendpt", L"0,0,0,9,0,0");
     scene_.Add(L"b", kBox, kCube);
+    scene_.Add(L"c", kBox, kCube);
     Build();
     // A record of a component with itself leaves the list that is walked.
     Object(L"a").AppendCollisionObj({&Object(L"a"), {}, 0, 0});
     Record(L"a", L"b");
-    EXPECT_THAT(PairsOf(Results()), ElementsAre(L"a>a", L"a>b"));
-    ASSERT_EQ(Object(L"a").GetCollisionObjs().size(), 1U);
+    Record(L"a", L"c");
+    EXPECT_THAT(PairsOf(Results()), ElementsAre(L"a>a", L"a>b", L"a>c"));
+    ASSERT_EQ(Object(L"a").GetCollisionObjs().size(), 2U);
     EXPECT_EQ(Object(L"a").GetCollisionObjs()[0].other, &Object(L"b"));
 }
 
