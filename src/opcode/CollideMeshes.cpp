@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The descent of two trees, compiled once for each instruction set.
-// Sets that bring nothing over their neighbours would only cost size.
-#define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_AVX3_DL)
+#include "opcode/Targets.h"
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "opcode/CollideMeshes.cpp"
 
@@ -15,7 +14,8 @@
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
-#include "opcode/Grow-inl.h"
+#include "opcode/CoplanarBatch-inl.h"
+#include "opcode/FillLeaf-inl.h"
 #include "opcode/Lanes-inl.h"
 #include "opcode/PairBatch-inl.h"
 #include "opcode/Query.h"
@@ -44,50 +44,39 @@ HWY_INLINE unsigned Meeting(const Boxes& boxes, const Boxes& others, unsigned pl
 
 /// The triangles of `leaf` that the plane of another leaf's triangle does not keep wholly on one
 /// side, as far as single precision can tell.
-HWY_INLINE unsigned CutByPlaneOf(const Leaf& other, unsigned place, const Leaf& leaf, float reach) {
-    const F8x3 n = {Broadcast<8>(other.normal[0][place]), Broadcast<8>(other.normal[1][place]),
-                    Broadcast<8>(other.normal[2][place])};
+HWY_INLINE PackMask<float, 8> CutByPlaneOf(const Leaf& other, unsigned place, const Leaf& leaf,
+                                           float reach) {
+    const F8x3 n = BroadcastLane(other.normal, place);
     const F8 offset = Broadcast<8>(other.offset[place]);
-    F8 side[3];
-    for (std::size_t k = 0; k < 3; ++k)
-        side[k] = Dot(n, F8x3{Load<8>(leaf.vertex[k][0]), Load<8>(leaf.vertex[k][1]),
-                              Load<8>(leaf.vertex[k][2])});
-    const float slack = other.slack[place] * reach;
-    return Bits((LeastOf(side) <= offset + Broadcast<8>(slack)) &
-                (MostOf(side) >= offset - Broadcast<8>(slack)));
+    const F8 slack = Broadcast<8>(other.slack[place] * reach);
+    const F8 side[3] = {Dot(n, LoadVector(leaf.vertex[0])), Dot(n, LoadVector(leaf.vertex[1])),
+                        Dot(n, LoadVector(leaf.vertex[2]))};
+    return (LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack);
 }
 
 /// The triangles of `leaf` whose planes do not keep another leaf's triangle wholly on one side.
-HWY_INLINE unsigned PlanesCutting(const Leaf& other, unsigned place, const Leaf& leaf,
-                                  float reach) {
-    const F8x3 n = {Load<8>(leaf.normal[0]), Load<8>(leaf.normal[1]), Load<8>(leaf.normal[2])};
+HWY_INLINE PackMask<float, 8> PlanesCutting(const Leaf& other, unsigned place, const Leaf& leaf,
+                                            float reach) {
+    const F8x3 n = LoadVector(leaf.normal);
     const F8 offset = Load<8>(leaf.offset);
     const F8 slack = Load<8>(leaf.slack) * Broadcast<8>(reach);
-    F8 side[3];
-    for (std::size_t k = 0; k < 3; ++k)
-        side[k] = Dot(n, F8x3{Broadcast<8>(other.record[place].corner[k][0]),
-                              Broadcast<8>(other.record[place].corner[k][1]),
-                              Broadcast<8>(other.record[place].corner[k][2])});
-    return Bits((LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack));
+    const F8 side[3] = {Dot(n, BroadcastLane(other.vertex[0], place)),
+                        Dot(n, BroadcastLane(other.vertex[1], place)),
+                        Dot(n, BroadcastLane(other.vertex[2], place))};
+    return (LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack);
 }
 
-HWY_INLINE Point PointOf(const float* corner) {
-    return {corner[0], corner[1], corner[2]};
-}
-
-HWY_INLINE Triangle TriangleOf(const TriangleRecord& record) {
-    return {{PointOf(record.corner[0]), PointOf(record.corner[1]), PointOf(record.corner[2])}};
-}
-
-struct NodePair {
-    ChildRef a;
-    ChildRef b;
+struct PlacePair {
+    TreePlace a;
+    TreePlace b;
 };
 
 /// Memory that all queries of a thread use again.
 struct Scratch {
-    std::vector<NodePair> stack;
-    GrowScratch grow;
+    std::vector<PlacePair> stack;
+    PairQueue candidates;
+    PairQueue touching;
+    PairQueue coplanar;
 };
 
 inline Scratch& ThreadScratch() {
@@ -95,71 +84,116 @@ inline Scratch& ThreadScratch() {
     return scratch;
 }
 
+/// A box by its ends along each axis.
+struct EndsOfBox {
+    float low[3];
+    float high[3];
+};
+
+HWY_INLINE EndsOfBox BoxOf(const Boxes& boxes, std::size_t place) {
+    return {{boxes.low[0][place], boxes.low[1][place], boxes.low[2][place]},
+            {boxes.high[0][place], boxes.high[1][place], boxes.high[2][place]}};
+}
+
+HWY_INLINE EndsOfBox BoxOf(const MeshTree& tree, TreePlace place) {
+    return BoxOf(tree.ChildBoxes(place.Parent()), place.index % kWidth);
+}
+
+/// The boxes that a box meets.
+HWY_INLINE PackMask<float, 8> Meeting(const BoxF8& boxes, const EndsOfBox& box) {
+    const auto x =
+        (boxes.low.x <= Broadcast<8>(box.high[0])) & (Broadcast<8>(box.low[0]) <= boxes.high.x);
+    const auto y =
+        (boxes.low.y <= Broadcast<8>(box.high[1])) & (Broadcast<8>(box.low[1]) <= boxes.high.y);
+    const auto z =
+        (boxes.low.z <= Broadcast<8>(box.high[2])) & (Broadcast<8>(box.low[2]) <= boxes.high.z);
+    return x & y & z;
+}
+
+/// One box in all lanes.
+HWY_INLINE BoxF8 Everywhere(const EndsOfBox& box) {
+    return {{Broadcast<8>(box.low[0]), Broadcast<8>(box.low[1]), Broadcast<8>(box.low[2])},
+            {Broadcast<8>(box.high[0]), Broadcast<8>(box.high[1]), Broadcast<8>(box.high[2])}};
+}
+
+HWY_INLINE BoxF8 LoadBoxes(const Boxes& boxes) {
+    return {LoadVector(boxes.low), LoadVector(boxes.high)};
+}
+
+HWY_INLINE unsigned Meeting(const Boxes& boxes, const EndsOfBox& box) {
+    return Bits(Meeting(LoadBoxes(boxes), box));
+}
+
+HWY_INLINE unsigned FirstBit(unsigned bits) {
+    return static_cast<unsigned>(hwy::Num0BitsBelowLS1Bit_Nonzero32(bits));
+}
+
 class Descent {
   public:
     Descent(MeshTree& a, MeshTree& b, const Query& query)
-        : a_(a), b_(b), query_(query), reach_(std::max(a.Reach(), b.Reach())) {
-        const F8 largest = Broadcast<8>(std::numeric_limits<float>::max());
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            Store(largest, regionLanes_.low[axis]);
-            Store(-largest, regionLanes_.high[axis]);
-        }
-    }
+        : a_(a),
+          b_(b),
+          query_(query),
+          reach_(std::max(a.Reach(), b.Reach())),
+          wanted_{query.regionMode != Opcode::ContactRegion::kNotKept, query.callback != nullptr,
+                  query.regionMode == Opcode::ContactRegion::kOnly} {}
 
     void Run() {
-        std::vector<NodePair>& stack = scratch_.stack;
+        std::vector<PlacePair>& stack = scratch_.stack;
+        candidates_.count = 0;
+        touching_.count = 0;
+        coplanar_.count = 0;
         stack.clear();
-        stack.push_back({RootOf(a_, scratch_.grow), RootOf(b_, scratch_.grow)});
+        stack.push_back({a_.Root(), b_.Root()});
         while (!stack.empty() && !full_) {
-            const NodePair pair = stack.back();
+            const PlacePair pair = stack.back();
             stack.pop_back();
-            if (!CanBePassedOver(BoxOf(a_, pair.a), BoxOf(b_, pair.b))) Visit(pair, stack);
+            Visit(pair, stack);
         }
-        if (!full_) Decide();
-        if (!full_) DecideTouching();
-        if (KeepsRegion()) GatherRegion();
+        while (candidates_.count != 0 && !full_)
+            Decide();
+        while (touching_.count != 0 && !full_)
+            DecideTouching();
+        while (coplanar_.count != 0 && !full_)
+            DecideCoplanar();
     }
 
   private:
     // The largest coordinate for which no product of three differences overflows, with room to
     // spare for the sums of such products.
     static constexpr float kLargestForSingle = 1e12F;
+    // The least for which no term along the normal of a patch underflows enough to matter.
+    static constexpr float kLeastForPatch = 1e-30F;
+    // Three roundings meet each of three terms on either side, and one the sum with the slack; each
+    // is half an ulp (2^-24) of the largest coordinate. The rest is room to spare.
+    static constexpr float kPatchSlack = 3 * 10 * 0x1p-24F;
 
-    void Visit(const NodePair& pair, std::vector<NodePair>& stack) {
+    HWY_INLINE void Visit(const PlacePair& pair, std::vector<PlacePair>& stack) {
+        const EndsOfBox boxA = BoxOf(a_, pair.a);
+        const EndsOfBox boxB = BoxOf(b_, pair.b);
+        if (CanBePassedOver(boxA, boxB)) return;
         if (pair.a.IsLeaf() && pair.b.IsLeaf()) {
-            VisitLeaves(a_.leaves[pair.a.Index()], b_.leaves[pair.b.Index()]);
+            VisitLeaves(FilledLeaf(a_, pair.a.index), boxA, FilledLeaf(b_, pair.b.index), boxB);
         } else if (pair.a.IsLeaf()) {
-            const Leaf& x = a_.leaves[pair.a.Index()];
-            Node& y = b_.nodes[pair.b.Index()];
-            for (unsigned m = Meeting(y.boxes, x.low, x.high); m != 0; m &= m - 1)
-                stack.push_back({pair.a, ChildOf(b_, y, FirstBit(m), scratch_.grow)});
+            for (unsigned m = Meeting(b_.ChildBoxes(pair.b), boxA); m != 0; m &= m - 1)
+                stack.push_back({pair.a, pair.b.Child(FirstBit(m))});
         } else if (pair.b.IsLeaf()) {
-            Node& x = a_.nodes[pair.a.Index()];
-            const Leaf& y = b_.leaves[pair.b.Index()];
-            for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1)
-                stack.push_back({ChildOf(a_, x, FirstBit(m), scratch_.grow), pair.b});
+            for (unsigned m = Meeting(a_.ChildBoxes(pair.a), boxB); m != 0; m &= m - 1)
+                stack.push_back({pair.a.Child(FirstBit(m)), pair.b});
         } else {
-            VisitNodes(a_.nodes[pair.a.Index()], b_.nodes[pair.b.Index()], stack);
+            VisitBlocks(pair, boxA, boxB, stack);
         }
     }
 
-    /// The low and high ends of what a child holds.
-    struct Ends3 {
-        const float* low;
-        const float* high;
-    };
-
-    static HWY_INLINE Ends3 BoxOf(MeshTree& tree, ChildRef child) {
-        if (child.IsLeaf())
-            return {tree.leaves[child.Index()].low, tree.leaves[child.Index()].high};
-        return {tree.nodes[child.Index()].low, tree.nodes[child.Index()].high};
+    /// Whether contact that lies in the region found so far is of no interest.
+    HWY_INLINE bool OnlyRegionCounts() const {
+        return wanted_.onlyToGrowRegion && !query_.pairs->empty();
     }
 
     /// Whether all contact between two boxes would lie in the region found so far, and only that
     /// is asked for.
-    HWY_INLINE bool CanBePassedOver(const Ends3& x, const Ends3& y) const {
-        if (query_.regionMode != Opcode::ContactRegion::kOnly || query_.pairs->empty())
-            return false;
+    HWY_INLINE bool CanBePassedOver(const EndsOfBox& x, const EndsOfBox& y) const {
+        if (!OnlyRegionCounts()) return false;
         bool inside = true;
         for (std::size_t axis = 0; axis < 3; ++axis)
             inside &= std::max(x.low[axis], y.low[axis]) >= query_.region->low[axis] &&
@@ -167,144 +201,196 @@ class Descent {
         return inside;
     }
 
-    /// Asks for what the visit of a child reads first: its boxes, and the corners of a leaf.
-    static HWY_INLINE void Prefetch(MeshTree& tree, ChildRef child) {
+    /// Asks for what the visit of a place reads.
+    static HWY_INLINE void Prefetch(MeshTree& tree, TreePlace place) {
         constexpr std::size_t kLine = 64;
-        if (!child.IsLeaf()) {
-            const auto* node = reinterpret_cast<const char*>(&tree.nodes[child.Index()]);
-            for (std::size_t i = 0; i < sizeof(Boxes) + kLine; i += kLine)
-                hwy::Prefetch(node + i);
-            return;
+        const char* begin = nullptr;
+        std::size_t size = sizeof(Boxes);
+        if (place.IsLeaf()) {
+            begin = reinterpret_cast<const char*>(&tree.LeafAt(place.index));
+            size = sizeof(Leaf);
+        } else {
+            begin = reinterpret_cast<const char*>(&tree.ChildBoxes(place));
         }
-        const auto* leaf = reinterpret_cast<const char*>(&tree.leaves[child.Index()]);
-        for (std::size_t i = 0; i < offsetof(Leaf, record); i += kLine)
-            hwy::Prefetch(leaf + i);
+        for (std::size_t i = 0; i < size; i += kLine)
+            hwy::Prefetch(begin + i);
     }
 
-    void VisitNodes(Node& x, Node& y, std::vector<NodePair>& stack) {
-        const unsigned columns = Meeting(y.boxes, x.low, x.high);
-        for (unsigned m = Meeting(x.boxes, y.low, y.high); m != 0; m &= m - 1) {
+    HWY_INLINE void VisitBlocks(const PlacePair& pair, const EndsOfBox& boxA, const EndsOfBox& boxB,
+                                std::vector<PlacePair>& stack) {
+        const Boxes& x = a_.ChildBoxes(pair.a);
+        const BoxF8 y = LoadBoxes(b_.ChildBoxes(pair.b));
+        const auto columns = Meeting(y, boxA);
+        if (!Any(columns)) return;
+        for (unsigned m = Meeting(x, boxB); m != 0; m &= m - 1) {
             const unsigned i = FirstBit(m);
-            unsigned k = columns & Meeting(y.boxes, x.boxes, i);
+            unsigned k = Bits(columns & Meeting(y, BoxOf(x, i)));
             if (k == 0) continue;
-            const ChildRef child = ChildOf(a_, x, i, scratch_.grow);
+            const TreePlace child = pair.a.Child(i);
             Prefetch(a_, child);
             for (; k != 0; k &= k - 1) {
-                const ChildRef partner = ChildOf(b_, y, FirstBit(k), scratch_.grow);
+                const TreePlace partner = pair.b.Child(FirstBit(k));
                 Prefetch(b_, partner);
                 stack.push_back({child, partner});
             }
         }
     }
 
-    void VisitLeaves(const Leaf& x, const Leaf& y) {
-        const unsigned rows = Meeting(x.boxes, y.low, y.high);
-        const unsigned columns = Meeting(y.boxes, x.low, x.high);
-        if (rows == 0 || columns == 0) return;
-        if (hwy::PopCount(rows) <= hwy::PopCount(columns))
-            Sweep<Side::kA>(x, rows, y, columns);
+    HWY_INLINE void VisitLeaves(const Leaf& x, const EndsOfBox& boxX, const Leaf& y,
+                                const EndsOfBox& boxY) {
+        const BoxF8 boxesX = BoxesOf(x);
+        const BoxF8 boxesY = BoxesOf(y);
+        auto rows = Meeting(boxesX, boxY);
+        auto columns = Meeting(boxesY, boxX);
+        if (!Any(rows) || !Any(columns)) return;
+        if (OnlyRegionCounts()) {
+            rows = rows & ReachesOut(CommonBox(boxesX, Everywhere(boxY)), *query_.region);
+            columns = columns & ReachesOut(CommonBox(boxesY, Everywhere(boxX)), *query_.region);
+        }
+        if (isPatchUsable_) {
+            rows = rows & ReachingPatch(y, x);
+            columns = columns & ReachingPatch(x, y);
+        }
+        const unsigned rowBits = Bits(rows);
+        const unsigned columnBits = Bits(columns);
+        if (rowBits == 0 || columnBits == 0) return;
+        if (hwy::PopCount(rowBits) <= hwy::PopCount(columnBits))
+            Sweep<Side::kA>(x, boxesX, rowBits, y, boxesY, columns);
         else
-            Sweep<Side::kB>(y, columns, x, rows);
+            Sweep<Side::kB>(y, boxesY, columnBits, x, boxesX, rows);
     }
 
-    enum class Side { kA, kB };
+    /// The triangles of `leaf` that are not wholly on one side of the patch of another, which is
+    /// what keeps apart the walls of pipes inside pipes.
+    HWY_INLINE PackMask<float, 8> ReachingPatch(const Leaf& other, const Leaf& leaf) const {
+        const F8x3 n = {Broadcast<8>(other.patchNormal[0]), Broadcast<8>(other.patchNormal[1]),
+                        Broadcast<8>(other.patchNormal[2])};
+        const F8 along[3] = {Dot(n, LoadVector(leaf.vertex[0])), Dot(n, LoadVector(leaf.vertex[1])),
+                             Dot(n, LoadVector(leaf.vertex[2]))};
+        return (LeastOf(along) <= Broadcast<8>(other.patchHigh + patchSlack_)) &
+               (MostOf(along) >= Broadcast<8>(other.patchLow - patchSlack_));
+    }
+
+    static HWY_INLINE BoxF8 BoxesOf(const Leaf& leaf) {
+        return BoxOf(TriangleF8{
+            {LoadVector(leaf.vertex[0]), LoadVector(leaf.vertex[1]), LoadVector(leaf.vertex[2])}});
+    }
 
     /// One triangle of `x` after the other against all of `y`.
     template <Side kSideOfX>
-    HWY_INLINE void Sweep(const Leaf& x, unsigned rows, const Leaf& y, unsigned columns) {
-        for (; rows != 0 && !full_; rows &= rows - 1) {
+    HWY_INLINE void Sweep(const Leaf& x, const BoxF8& boxesX, unsigned rows, const Leaf& y,
+                          const BoxF8& boxesY, const PackMask<float, 8>& columns) {
+        Boxes ends;
+        StoreVector(boxesX.low, ends.low);
+        StoreVector(boxesX.high, ends.high);
+        for (; rows != 0; rows &= rows - 1) {
             const unsigned i = FirstBit(rows);
-            unsigned m = columns & Meeting(y.boxes, x.boxes, i);
-            if (m != 0 && reach_ <= kLargestForSingle) {
-                m &= CutByPlaneOf(x, i, y, reach_);
-                if (m != 0) m &= PlanesCutting(x, i, y, reach_);
+            const EndsOfBox box = BoxOf(ends, i);
+            auto chosen = columns & Meeting(boxesY, box);
+            if (OnlyRegionCounts())
+                chosen = chosen & ReachesOut(CommonBox(boxesY, Everywhere(box)), *query_.region);
+            if (!Any(chosen)) continue;
+            if (reach_ <= kLargestForSingle) {
+                chosen = chosen & CutByPlaneOf(x, i, y, reach_);
+                if (!Any(chosen)) continue;
+                chosen = chosen & PlanesCutting(x, i, y, reach_);
             }
-            for (; m != 0; m &= m - 1) {
-                const unsigned k = FirstBit(m);
-                if (kSideOfX == Side::kA)
-                    candidates_.Add(x.record[i], y.record[k]);
-                else
-                    candidates_.Add(y.record[k], x.record[i]);
-                if (candidates_.count == kWidth) Decide();
-                if (full_) return;
-            }
+            const unsigned count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
+            if (count == 0) continue;
+            AddPairs<kSideOfX>(x, i, y, chosen, count, candidates_);
+            if (candidates_.count >= kBatch) Decide();
+            if (full_) return;
         }
     }
 
-    bool KeepsRegion() const { return query_.regionMode != Opcode::ContactRegion::kNotKept; }
-
-    void Decide() {
-        if (candidates_.count == 0) return;
-        candidates_.Pad();
-        Verdict verdict = {0, 0, (1U << candidates_.count) - 1, 0};
+    HWY_NOINLINE void Decide() {
+        Verdict verdict = {0, 0, candidates_.LiveLanes(kBatch), 0, false};
         if (reach_ <= kLargestForSingle)
-            verdict = query_.callback != nullptr || KeepsRegion()
-                          ? TestInSingle<Ends::kWanted>(candidates_, ends_, regionLanes_)
-                          : TestInSingle<Ends::kNotWanted>(candidates_, ends_, regionLanes_);
+            verdict = TestInSingle(candidates_, wanted_, *query_.region, ends_);
         for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1)
-            EmitSegment(candidates_, FirstBit(m), false);
-        if (verdict.hit != 0 && query_.regionMode == Opcode::ContactRegion::kOnly) GatherRegion();
-        for (unsigned m = verdict.doubt; m != 0 && !full_; m &= m - 1) {
-            const unsigned i = FirstBit(m);
-            touching_.Add(*candidates_.a[i], *candidates_.b[i]);
-            if (touching_.count == kWidth) DecideTouching();
+            EmitSegment(candidates_, FirstBit(m), verdict);
+        if (verdict.doubt != 0) {
+            MovePairs(candidates_, verdict.doubt, touching_);
+            while (touching_.count >= kFineBatch && !full_)
+                DecideTouching();
         }
-        candidates_.count = 0;
+        DropBatch<kBatch>(candidates_);
     }
 
-    void DecideTouching() {
-        if (touching_.count == 0) return;
-        touching_.Pad();
-        const Verdict verdict = TestInDouble(touching_, ends_);
+    HWY_NOINLINE void DecideTouching() {
+        const Verdict verdict = TestInDouble(touching_, wanted_, *query_.region, ends_);
+        const unsigned unsure = verdict.doubt & ~verdict.flat;
+        for (unsigned m = verdict.hit | unsure; m != 0 && !full_; m &= m - 1) {
+            const unsigned i = FirstBit(m);
+            if ((verdict.hit >> i & 1U) != 0)
+                EmitSegment(touching_, i, verdict);
+            else
+                DecideExactly<&FindContact>(touching_, i);
+        }
+        if (verdict.flat != 0) {
+            MovePairs(touching_, verdict.flat, coplanar_);
+            if (coplanar_.count >= kFineBatch && !full_) DecideCoplanar();
+        }
+        DropBatch<kFineBatch>(touching_);
+    }
+
+    HWY_NOINLINE void DecideCoplanar() {
+        const Verdict verdict = TestCoplanar(coplanar_, wanted_, *query_.region, planarPoints_);
         for (unsigned m = verdict.hit | verdict.doubt; m != 0 && !full_; m &= m - 1) {
             const unsigned i = FirstBit(m);
-            if ((verdict.hit >> i & 1U) == 0) {
-                DecideExactly(*touching_.a[i], *touching_.b[i], (verdict.flat >> i & 1U) != 0);
-                continue;
-            }
-            EmitSegment(touching_, i, (verdict.single >> i & 1U) != 0);
-            if (!KeepsRegion()) continue;
-            Include(StartOf(i));
-            Include(EndOf(i));
+            if ((verdict.hit >> i & 1U) != 0)
+                EmitPolygon(i, verdict);
+            else
+                DecideExactly<&FindCoplanarContact>(coplanar_, i);
         }
-        touching_.count = 0;
+        DropBatch<kFineBatch>(coplanar_);
     }
 
-    void DecideExactly(const TriangleRecord& a, const TriangleRecord& b, bool coplanar) {
+    template <bool (*kFind)(const Triangle&, const Triangle&, ContactPoints&)>
+    void DecideExactly(const PairQueue& queue, unsigned i) {
         ContactPoints points;
-        const bool touch = coplanar ? FindCoplanarContact(TriangleOf(a), TriangleOf(b), points)
-                                    : FindContact(TriangleOf(a), TriangleOf(b), points);
-        if (!touch) return;
-        EmitPair(a, b);
+        if (!kFind(queue.a.TriangleAt(i), queue.b.TriangleAt(i), points)) return;
+        EmitPair(queue, i);
         for (std::size_t k = 0; k < points.count; ++k) {
-            if (query_.callback != nullptr) query_.callback(points.p[k], query_.userData);
-            if (KeepsRegion()) Include(points.p[k]);
+            if (wanted_.forCallback) query_.callback(points.p[k], query_.userData);
+            if (wanted_.forRegion) IncludePoint(points.p[k]);
         }
     }
 
-    Point StartOf(unsigned i) const {
-        return {ends_.at[0][0][i], ends_.at[0][1][i], ends_.at[0][2][i]};
-    }
-    Point EndOf(unsigned i) const {
-        return {ends_.at[1][0][i], ends_.at[1][1][i], ends_.at[1][2][i]};
+    Point EndAt(std::size_t end, unsigned i) const {
+        return {ends_.at[end][0][i], ends_.at[end][1][i], ends_.at[end][2][i]};
     }
 
-    HWY_INLINE void EmitSegment(const PairQueue& queue, unsigned i, bool single) {
-        EmitPair(*queue.a[i], *queue.b[i]);
-        if (query_.callback == nullptr) return;
-        const Point start = StartOf(i);
-        const Point end = EndOf(i);
+    HWY_INLINE void EmitSegment(const PairQueue& queue, unsigned i, const Verdict& verdict) {
+        EmitPair(queue, i);
+        if (!wanted_.forCallback || !verdict.hasPoints) return;
+        const Point start = EndAt(0, i);
+        const Point end = EndAt(1, i);
         query_.callback(start, query_.userData);
+        const bool single = (verdict.single >> i & 1U) != 0;
         if (!single && (start.x != end.x || start.y != end.y || start.z != end.z))
             query_.callback(end, query_.userData);
     }
 
-    HWY_INLINE void EmitPair(const TriangleRecord& a, const TriangleRecord& b) {
-        query_.pairs->push_back({a.Id(), b.Id()});
+    void EmitPolygon(unsigned i, const Verdict& verdict) {
+        EmitPair(coplanar_, i);
+        if (!wanted_.forCallback || !verdict.hasPoints) return;
+        ContactPoints points;
+        for (std::size_t k = 0; k < PlanarPoints::kMost; ++k) {
+            if ((planarPoints_.lanes[k] >> i & 1U) == 0) continue;
+            const auto& at = planarPoints_.at[k];
+            points.Add({at[0][i], at[1][i], at[2][i]});
+        }
+        for (std::size_t k = 0; k < points.count; ++k)
+            query_.callback(points.p[k], query_.userData);
+    }
+
+    HWY_INLINE void EmitPair(const PairQueue& queue, unsigned i) {
+        query_.pairs->push_back({queue.a.IdAt(i), queue.b.IdAt(i)});
         full_ = query_.pairs->size() >= query_.maxPairs;
     }
 
-    HWY_INLINE void Include(const Point& point) {
+    HWY_INLINE void IncludePoint(const Point& point) {
         const float at[3] = {point.x, point.y, point.z};
         for (std::size_t axis = 0; axis < 3; ++axis) {
             query_.region->low[axis] = std::min(query_.region->low[axis], at[axis]);
@@ -312,49 +398,29 @@ class Descent {
         }
     }
 
-    /// Adds what the lanes hold to the region.
-    void GatherRegion() {
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            const float* low = regionLanes_.low[axis];
-            const float* high = regionLanes_.high[axis];
-            float& regionLow = query_.region->low[axis];
-            float& regionHigh = query_.region->high[axis];
-            regionLow = std::min(regionLow, *std::min_element(low, low + kWidth));
-            regionHigh = std::max(regionHigh, *std::max_element(high, high + kWidth));
-        }
-    }
-
-    static HWY_INLINE unsigned FirstBit(unsigned bits) {
-        return static_cast<unsigned>(hwy::Num0BitsBelowLS1Bit_Nonzero32(bits));
-    }
-
     MeshTree& a_;
     MeshTree& b_;
     const Query& query_;
     Scratch& scratch_ = ThreadScratch();
     const float reach_;
+    const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    const float patchSlack_ = kPatchSlack * reach_;
+    const EndsWanted wanted_;
     bool full_ = false;
-    PairQueue candidates_;
-    PairQueue touching_;
+    PairQueue& candidates_ = scratch_.candidates;
+    PairQueue& touching_ = scratch_.touching;
+    PairQueue& coplanar_ = scratch_.coplanar;
     SegmentEnds ends_;
-    RegionLanes regionLanes_;
+    PlanarPoints planarPoints_;
 };
 
 void Descend(MeshTree& a, MeshTree& b, const Query& query) {
     Descent(a, b, query).Run();
 }
 
-void GrowAll(MeshTree& tree) {
-    GrowScratch& grow = ThreadScratch().grow;
-    std::vector<ChildRef> open = {RootOf(tree, grow)};
-    while (!open.empty()) {
-        const ChildRef next = open.back();
-        open.pop_back();
-        if (next.IsLeaf()) continue;
-        Node& node = tree.nodes[next.Index()];
-        for (unsigned i = 0; i < kWidth && node.range[i].count != 0; ++i)
-            open.push_back(ChildOf(tree, node, i, grow));
-    }
+void FillAll(MeshTree& tree) {
+    for (std::uint32_t i = 0; i < tree.LeafCount(); ++i)
+        FilledLeaf(tree, i);
 }
 
 std::int64_t ThisTarget() {
@@ -368,7 +434,7 @@ HWY_AFTER_NAMESPACE();
 namespace kycb::opcode {
 
 HWY_EXPORT(Descend);
-HWY_EXPORT(GrowAll);
+HWY_EXPORT(FillAll);
 HWY_EXPORT(ThisTarget);
 
 std::int64_t QueryTarget() {
@@ -377,13 +443,13 @@ std::int64_t QueryTarget() {
 
 void BuildWholeTree(MeshTree& tree) {
     tree.Bounds();
-    if (!tree.Order().empty()) HWY_DYNAMIC_DISPATCH(GrowAll)(tree);
+    if (tree.Arrange()) HWY_DYNAMIC_DISPATCH(FillAll)(tree);
 }
 
 void CollideMeshes(MeshTree& a, MeshTree& b, const Query& query) {
     if (query.maxPairs == 0 || !a.BoundingBox().Meets(b.BoundingBox())) return;
     if (a.Bounds().IsApartFrom(b.Bounds())) return;
-    if (a.Order().empty() || b.Order().empty()) return;
+    if (!a.Arrange() || !b.Arrange()) return;
     HWY_DYNAMIC_DISPATCH(Descend)(a, b, query);
 }
 

@@ -16,9 +16,11 @@
 
 #include <hwy/highway.h>
 
-// Whether one register holds eight floats.
-#undef KYCB_EIGHT_LANES
-#define KYCB_EIGHT_LANES (HWY_TARGET == HWY_AVX2 || HWY_TARGET == HWY_AVX3)
+#include "opcode/ChosenLanes.h"
+
+// Whether the instruction set moves chosen lanes to the front.
+#undef KYCB_HAS_FRONT_MOVE
+#define KYCB_HAS_FRONT_MOVE (HWY_TARGET == HWY_AVX3 || HWY_TARGET == HWY_SCALAR)
 
 HWY_BEFORE_NAMESPACE();
 namespace kycb::opcode::HWY_NAMESPACE {
@@ -44,8 +46,9 @@ struct PackMask {
 };
 
 using F8 = Pack<float, 8>;
-using F4 = Pack<float, 4>;
-using D4 = Pack<double, 4>;
+using F16 = Pack<float, 16>;
+using D8 = Pack<double, 8>;
+using D16 = Pack<double, 16>;
 
 #define KYCB_BINARY(name, expression)                                      \
     template <typename T, std::size_t N>                                   \
@@ -115,14 +118,27 @@ HWY_INLINE Pack<T, N> Choose(const PackMask<T, N>& m, const Pack<T, N>& yes, con
 template <typename T, std::size_t N>
 HWY_INLINE unsigned Bits(const PackMask<T, N>& m) {
     const typename Pack<T, N>::Tag tag;
+    constexpr unsigned kPartBits = (1U << Pack<T, N>::kLanes) - 1;
     unsigned bits = 0;
     for (std::size_t i = 0; i < m.kParts; ++i) {
-        // The store may write eight bytes where there is one.
+        // The store may write eight bytes where there are one or two.
         std::uint8_t bytes[8] = {};
         hn::StoreMaskBits(tag, m.part[i], bytes);
-        bits |= static_cast<unsigned>(bytes[0]) << (i * Pack<T, N>::kLanes);
+        const unsigned part = static_cast<unsigned>(bytes[0]) | static_cast<unsigned>(bytes[1])
+                                                                    << 8U;
+        bits |= (part & kPartBits) << (i * Pack<T, N>::kLanes);
     }
     return bits;
+}
+
+/// Whether any lane is set.
+template <typename T, std::size_t N>
+HWY_INLINE bool Any(const PackMask<T, N>& m) {
+    const typename Pack<T, N>::Tag tag;
+    auto any = m.part[0];
+    for (std::size_t i = 1; i < m.kParts; ++i)
+        any = hn::Or(any, m.part[i]);
+    return !hn::AllFalse(tag, any);
 }
 
 template <std::size_t N, typename T>
@@ -148,6 +164,106 @@ HWY_INLINE void Store(const Pack<T, N>& a, T* to) {
         hn::Store(a.part[i], typename Pack<T, N>::Tag(), to + i * a.kLanes);
 }
 
+/// The mask of the low bits of an integer.
+template <std::size_t N>
+HWY_INLINE PackMask<float, N> MaskOf(unsigned bits) {
+    const typename Pack<float, N>::Tag tag;
+    PackMask<float, N> r;
+    for (std::size_t i = 0; i < r.kParts; ++i) {
+        const unsigned part = bits >> (i * Pack<float, N>::kLanes);
+        // The load may read eight bytes where there are one or two.
+        const std::uint8_t bytes[8] = {static_cast<std::uint8_t>(part),
+                                       static_cast<std::uint8_t>(part >> 8U)};
+        r.part[i] = hn::LoadMaskBits(tag, bytes);
+    }
+    return r;
+}
+
+template <std::size_t N>
+HWY_INLINE float LeastLane(const Pack<float, N>& a) {
+    const typename Pack<float, N>::Tag tag;
+    auto least = a.part[0];
+    for (std::size_t i = 1; i < a.kParts; ++i)
+        least = hn::Min(least, a.part[i]);
+    return hn::GetLane(hn::MinOfLanes(tag, least));
+}
+
+template <std::size_t N>
+HWY_INLINE float MostLane(const Pack<float, N>& a) {
+    const typename Pack<float, N>::Tag tag;
+    auto most = a.part[0];
+    for (std::size_t i = 1; i < a.kParts; ++i)
+        most = hn::Max(most, a.part[i]);
+    return hn::GetLane(hn::MaxOfLanes(tag, most));
+}
+
+/// Moves the chosen lanes of registers to their front.
+template <class D>
+class FrontMover {
+  public:
+    FrontMover() = default;
+    explicit HWY_INLINE FrontMover(const hn::Mask<D>& chosen)
+        : chosen_(chosen), count_(hn::CountTrue(D(), chosen)) {
+#if !KYCB_HAS_FRONT_MOVE
+        constexpr std::size_t kLanes = hn::MaxLanes(D());
+        std::uint8_t bytes[8] = {};
+        hn::StoreMaskBits(D(), chosen, bytes);
+        const hn::RebindToSigned<D> whole;
+        const hn::Rebind<std::uint8_t, D> narrow;
+        const auto& lanes = kChosenLanes<kLanes>.lane[bytes[0] & ((std::size_t{1} << kLanes) - 1)];
+        indices_ = hn::IndicesFromVec(D(), hn::PromoteTo(whole, hn::LoadU(narrow, lanes)));
+#endif
+    }
+    std::size_t Count() const {
+        return count_;
+    }
+    HWY_INLINE hn::Vec<D> Moved(const hn::Vec<D>& v) const {
+#if KYCB_HAS_FRONT_MOVE
+        return hn::Compress(v, chosen_);
+#else
+        return hn::TableLookupLanes(v, indices_);
+#endif
+    }
+
+  private:
+    hn::Mask<D> chosen_;
+    std::size_t count_;
+#if !KYCB_HAS_FRONT_MOVE
+    decltype(hn::IndicesFromVec(D(), hn::Zero(hn::RebindToSigned<D>()))) indices_;
+#endif
+};
+
+/// Writes the chosen lanes of packs side by side, wherever; what follows them, up to as many places
+/// as there are lanes, may be overwritten.
+template <std::size_t N>
+class ChosenStore {
+  public:
+    explicit HWY_INLINE ChosenStore(const PackMask<float, N>& chosen) {
+        for (std::size_t i = 0; i < kParts; ++i)
+            mover_[i] = Mover(chosen.part[i]);
+    }
+    HWY_INLINE void Store(const Pack<float, N>& a, float* to) const {
+        for (std::size_t i = 0; i < kParts; ++i) {
+            hn::StoreU(mover_[i].Moved(a.part[i]), Tag(), to);
+            to += mover_[i].Count();
+        }
+    }
+
+  private:
+    using Tag = typename Pack<float, N>::Tag;
+    using Mover = FrontMover<Tag>;
+    static constexpr std::size_t kParts = Pack<float, N>::kParts;
+
+    Mover mover_[kParts];
+};
+
+/// To memory wherever.
+template <typename T, std::size_t N>
+HWY_INLINE void StoreAnywhere(const Pack<T, N>& a, T* to) {
+    for (std::size_t i = 0; i < a.kParts; ++i)
+        hn::StoreU(a.part[i], typename Pack<T, N>::Tag(), to + i * a.kLanes);
+}
+
 template <class P>
 struct Vector3 {
     P x;
@@ -156,7 +272,9 @@ struct Vector3 {
 };
 
 using F8x3 = Vector3<F8>;
-using D4x3 = Vector3<D4>;
+using F16x3 = Vector3<F16>;
+using D8x3 = Vector3<D8>;
+using D16x3 = Vector3<D16>;
 
 template <class P>
 HWY_INLINE Vector3<P> operator-(const Vector3<P>& a, const Vector3<P>& b) {
@@ -171,6 +289,16 @@ HWY_INLINE Vector3<P> Cross(const Vector3<P>& a, const Vector3<P>& b) {
 template <class P>
 HWY_INLINE P Dot(const Vector3<P>& a, const Vector3<P>& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+template <class P>
+HWY_INLINE P LeastOf(const P (&d)[3]) {
+    return Least(d[0], Least(d[1], d[2]));
+}
+
+template <class P>
+HWY_INLINE P MostOf(const P (&d)[3]) {
+    return Most(d[0], Most(d[1], d[2]));
 }
 
 /// The largest magnitude among the coordinates.
@@ -194,93 +322,98 @@ HWY_INLINE Vector3<P> Choose(const M& m, const Vector3<P>& yes, const Vector3<P>
     return {Choose(m, yes.x, no.x), Choose(m, yes.y, no.y), Choose(m, yes.z, no.z)};
 }
 
-struct F8x4 {
-    F8x3 xyz;
-    F8 w;
+/// A triangle in each lane.
+template <class P>
+struct TriangleLanes {
+    Vector3<P> v[3];
 };
 
-/// Transposes eight groups of four floats.
-HWY_INLINE F8x4 Gather(const float* const* rows, std::size_t offset) {
-    F8x4 r;
-#if KYCB_EIGHT_LANES
-    const hn::FixedTag<float, 4> half;
-    const hn::FixedTag<float, 8> full;
-    const hn::FixedTag<double, 4> wide;
-    F8::Vector row[4];
-    for (std::size_t i = 0; i < 4; ++i)
-        row[i] = hn::Combine(full, hn::Load(half, rows[i + 4] + offset),
-                             hn::Load(half, rows[i] + offset));
-    const auto xy01 = hn::BitCast(wide, hn::InterleaveLower(full, row[0], row[1]));
-    const auto xy23 = hn::BitCast(wide, hn::InterleaveLower(full, row[2], row[3]));
-    const auto zw01 = hn::BitCast(wide, hn::InterleaveUpper(full, row[0], row[1]));
-    const auto zw23 = hn::BitCast(wide, hn::InterleaveUpper(full, row[2], row[3]));
-    r.xyz.x.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, xy01, xy23));
-    r.xyz.y.part[0] = hn::BitCast(full, hn::InterleaveUpper(wide, xy01, xy23));
-    r.xyz.z.part[0] = hn::BitCast(full, hn::InterleaveLower(wide, zw01, zw23));
-    r.w.part[0] = hn::BitCast(full, hn::InterleaveUpper(wide, zw01, zw23));
-#else
-    alignas(32) float column[4][8];
-    for (std::size_t i = 0; i < 8; ++i)
-        for (std::size_t k = 0; k < 4; ++k)
-            column[k][i] = rows[i][offset + k];
-    r = {{Load<8>(column[0]), Load<8>(column[1]), Load<8>(column[2])}, Load<8>(column[3])};
-#endif
-    return r;
+using TriangleF8 = TriangleLanes<F8>;
+using TriangleF16 = TriangleLanes<F16>;
+using TriangleD8 = TriangleLanes<D8>;
+
+/// A box in each lane.
+template <class P>
+struct BoxLanes {
+    Vector3<P> low;
+    Vector3<P> high;
+};
+
+using BoxF8 = BoxLanes<F8>;
+using BoxF16 = BoxLanes<F16>;
+
+template <class P>
+HWY_INLINE BoxLanes<P> BoxOf(const TriangleLanes<P>& t) {
+    return {Least(Least(t.v[0], t.v[1]), t.v[2]), Most(Most(t.v[0], t.v[1]), t.v[2])};
 }
 
-enum class Half { kLower, kUpper };
-
-/// Four of eight floats, widened.
-template <Half kHalf>
-HWY_INLINE D4 Widened(const F8& a) {
-    constexpr std::size_t kFirst = kHalf == Half::kLower ? 0 : 1;
-    const D4::Tag wide;
-    D4 r;
-#if KYCB_EIGHT_LANES
-    const hn::FixedTag<float, 4> narrow;
-    const auto half =
-        kFirst == 0 ? hn::LowerHalf(narrow, a.part[0]) : hn::UpperHalf(narrow, a.part[0]);
-    r.part[0] = hn::PromoteTo(wide, half);
-#elif HWY_TARGET != HWY_SCALAR
-    const hn::FixedTag<float, 2> narrow;
-    r.part[0] = hn::PromoteTo(wide, hn::LowerHalf(narrow, a.part[kFirst]));
-    r.part[1] = hn::PromoteTo(wide, hn::UpperHalf(narrow, a.part[kFirst]));
-#else
-    for (std::size_t i = 0; i < 4; ++i)
-        r.part[i] = hn::PromoteTo(wide, a.part[4 * kFirst + i]);
-#endif
-    return r;
-}
-
-template <Half kHalf>
-HWY_INLINE D4x3 Widened(const F8x3& a) {
-    return {Widened<kHalf>(a.x), Widened<kHalf>(a.y), Widened<kHalf>(a.z)};
-}
-
-/// Eight doubles, each rounded to float.
-HWY_INLINE F8 Narrowed(const D4& lower, const D4& upper) {
-    F8 r;
-#if KYCB_EIGHT_LANES
-    const hn::FixedTag<float, 4> narrow;
-    r.part[0] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, upper.part[0]),
-                            hn::DemoteTo(narrow, lower.part[0]));
-#elif HWY_TARGET != HWY_SCALAR
-    const hn::FixedTag<float, 2> narrow;
-    r.part[0] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, lower.part[1]),
-                            hn::DemoteTo(narrow, lower.part[0]));
-    r.part[1] = hn::Combine(F8::Tag(), hn::DemoteTo(narrow, upper.part[1]),
-                            hn::DemoteTo(narrow, upper.part[0]));
-#else
-    for (std::size_t i = 0; i < 4; ++i) {
-        r.part[i] = hn::DemoteTo(F8::Tag(), lower.part[i]);
-        r.part[i + 4] = hn::DemoteTo(F8::Tag(), upper.part[i]);
+/// Floats, widened. A register of them fills one of doubles, or two.
+template <std::size_t N>
+HWY_INLINE Pack<double, N> Widened(const Pack<float, N>& a) {
+    using Wide = Pack<double, N>;
+    const typename Wide::Tag wide;
+    Wide r;
+    if constexpr (Wide::kParts == Pack<float, N>::kParts) {
+        for (std::size_t i = 0; i < r.kParts; ++i)
+            r.part[i] = hn::PromoteTo(wide, a.part[i]);
+    }
+#if HWY_TARGET != HWY_SCALAR
+    else {
+        const hn::Rebind<float, typename Wide::Tag> narrow;
+        for (std::size_t i = 0; i < a.kParts; ++i) {
+            r.part[2 * i] = hn::PromoteTo(wide, hn::LowerHalf(narrow, a.part[i]));
+            r.part[2 * i + 1] = hn::PromoteTo(wide, hn::UpperHalf(narrow, a.part[i]));
+        }
     }
 #endif
     return r;
 }
 
-HWY_INLINE F8x3 Narrowed(const D4x3& lower, const D4x3& upper) {
-    return {Narrowed(lower.x, upper.x), Narrowed(lower.y, upper.y), Narrowed(lower.z, upper.z)};
+/// Doubles, each rounded to float.
+template <std::size_t N>
+HWY_INLINE Pack<float, N> Narrowed(const Pack<double, N>& a) {
+    const hn::Rebind<float, typename Pack<double, N>::Tag> narrow;
+    Pack<float, N> r;
+    if constexpr (r.kParts == Pack<double, N>::kParts) {
+        for (std::size_t i = 0; i < r.kParts; ++i)
+            r.part[i] = hn::DemoteTo(narrow, a.part[i]);
+    }
+#if HWY_TARGET != HWY_SCALAR
+    else {
+        for (std::size_t i = 0; i < r.kParts; ++i)
+            r.part[i] =
+                hn::Combine(typename Pack<float, N>::Tag(), hn::DemoteTo(narrow, a.part[2 * i + 1]),
+                            hn::DemoteTo(narrow, a.part[2 * i]));
+    }
+#endif
+    return r;
+}
+
+template <std::size_t N>
+HWY_INLINE Vector3<Pack<double, N>> Widened(const Vector3<Pack<float, N>>& a) {
+    return {Widened(a.x), Widened(a.y), Widened(a.z)};
+}
+
+template <std::size_t N>
+HWY_INLINE Vector3<Pack<float, N>> Narrowed(const Vector3<Pack<double, N>>& a) {
+    return {Narrowed(a.x), Narrowed(a.y), Narrowed(a.z)};
+}
+
+template <std::size_t N>
+HWY_INLINE Vector3<Pack<float, N>> LoadVector(const float (*from)[N]) {
+    return {Load<N>(from[0]), Load<N>(from[1]), Load<N>(from[2])};
+}
+
+template <std::size_t N>
+HWY_INLINE void StoreVector(const Vector3<Pack<float, N>>& v, float (*to)[N]) {
+    Store(v.x, to[0]);
+    Store(v.y, to[1]);
+    Store(v.z, to[2]);
+}
+
+/// One lane of each, in all lanes.
+HWY_INLINE F8x3 BroadcastLane(const float (*from)[8], std::size_t lane) {
+    return {Broadcast<8>(from[0][lane]), Broadcast<8>(from[1][lane]), Broadcast<8>(from[2][lane])};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE

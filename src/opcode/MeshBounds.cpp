@@ -52,34 +52,50 @@ bool IsFinite(const Point& p) {
     return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
 }
 
-/// Calls `visit` with the doubled area vector of each sampled triangle.
-template <class Visit>
-void SampleNormals(const Opcode::MeshInterface& mesh, const Visit& visit) {
-    const std::uint32_t count = mesh.GetNbTriangles();
-    const std::uint32_t step = 1 + (count - 1) / kSampledTriangles;
-    for (std::uint32_t i = 0; i < count; i += step) {
-        const auto& refs = mesh.GetTris()[i].mVRef;
+/// The doubled area vectors of some triangles.
+class NormalSample {
+  public:
+    explicit NormalSample(const Opcode::MeshInterface& mesh) {
+        const std::uint32_t triangles = mesh.GetNbTriangles();
+        const std::uint32_t step = 1 + (triangles - 1) / kSampledTriangles;
         const Point* v = mesh.GetVerts();
-        visit(Cross(From(v[refs[0]], v[refs[1]]), From(v[refs[0]], v[refs[2]])));
+        for (std::uint32_t i = 0; i < triangles; i += step) {
+            const auto& refs = mesh.GetTris()[i].mVRef;
+            normals_[count_++] = Cross(From(v[refs[0]], v[refs[1]]), From(v[refs[0]], v[refs[2]]));
+        }
     }
-}
+    const Vector* begin() const { return normals_.data(); }
+    const Vector* end() const { return normals_.data() + count_; }
+
+  private:
+    std::array<Vector, kSampledTriangles> normals_;
+    std::size_t count_ = 0;
+};
 
 /// Axes along the normal of the largest face and of the largest face that is not parallel to it:
 /// the sides of a box or profile, the axis of a pipe.
 std::optional<Frame> FrameOfFaces(const Opcode::MeshInterface& mesh) {
+    const NormalSample sample(mesh);
     Vector first = {0, 0, 0};
-    SampleNormals(mesh, [&](const Vector& n) {
-        if (Dot(n, n) > Dot(first, first)) first = n;
-    });
+    double largest = 0.0;
+    for (const Vector& n : sample) {
+        if (const double size = Dot(n, n); size > largest) {
+            largest = size;
+            first = n;
+        }
+    }
     const auto x = Normalized(first);
     if (!x) return std::nullopt;
     Vector second = {0, 0, 0};
-    SampleNormals(mesh, [&](const Vector& n) {
+    largest = 0.0;
+    for (const Vector& n : sample) {
+        const double size = Dot(n, n);
+        if (!(size > largest)) continue;  // nor when it is not a number
         const Vector across = Cross(*x, n);
-        if (Dot(across, across) > kParallelSine * kParallelSine * Dot(n, n) &&
-            Dot(n, n) > Dot(second, second))
-            second = n;
-    });
+        if (!(Dot(across, across) > kParallelSine * kParallelSine * size)) continue;
+        largest = size;
+        second = n;
+    }
     const auto z = Normalized(Cross(*x, second));
     if (!z) return std::nullopt;
     return Frame{*x, Cross(*z, *x), *z};

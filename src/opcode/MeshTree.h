@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
-// The hierarchy over one mesh: nodes of eight children, leaves of eight triangles.
+// The hierarchy over one mesh: leaves of eight triangles along a space-filling curve, and above
+// them blocks of eight boxes each. Nothing points anywhere: places follow from numbers.
 #pragma once
 
 #include "KYCollisionBase/opcode/MeshInterface.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -25,103 +26,42 @@ struct alignas(32) Boxes {
     float high[3][kWidth];
 };
 
-/// What a batch of pairs needs of one triangle, in one piece of memory.
-struct alignas(16) TriangleRecord {
-    // Starting opposite the longest edge. The spare places hold bounds for rounding errors: the
-    // largest extent of the triangle's box, and the product of the largest components of the two
-    // edges at the first vertex. The last one holds the bits of the triangle's number.
-    float corner[3][4];
-
-    static constexpr std::size_t kSpare = 3;
-    static constexpr std::size_t kExtent = 0;  // the corner in whose spare place it is
-    static constexpr std::size_t kEdges = 1;
-    static constexpr std::size_t kId = 2;
-
-    std::uint32_t Id() const {
-        std::uint32_t id;
-        std::memcpy(&id, &corner[kId][kSpare], sizeof(id));
-        return id;
-    }
-};
-
+/// Eight triangles side by side. The corners in places not in use are not numbers, so that every
+/// comparison with them fails.
 struct alignas(64) Leaf {
-    float low[4];
-    float high[4];
-    Boxes boxes;
-    float vertex[3][3][kWidth];  // vertex, axis, triangle: for one triangle against eight
+    // Corner, axis, triangle. Each triangle starts with the corner opposite its longest edge.
+    float vertex[3][3][kWidth];
     // The plane normal . x = offset, and the rounding error of normal . x - offset in single
     // precision for each unit of the largest coordinate.
     float normal[3][kWidth];
     float offset[kWidth];
     float slack[kWidth];
-    TriangleRecord record[kWidth];  // for eight against eight
+    float id[kWidth];  // the bits of the triangles' numbers, which lanes of floats carry about
+    // A direction across the patch that the triangles make, its largest component 1, and between
+    // which values along it they lie, up to rounding.
+    float patchNormal[3];
+    float patchLow;
+    float patchHigh;
 };
 
-/// A child: another node, a leaf, or a range of triangles that no query has reached yet.
-class ChildRef {
-  public:
-    static ChildRef OfNode(std::uint32_t index) { return ChildRef(index); }
-    static ChildRef OfLeaf(std::uint32_t index) { return ChildRef(index | kLeafBit); }
-    static ChildRef Pending() { return ChildRef(kPending); }
+/// A leaf or a block of boxes, by its level and its number there. Leaves are level 0.
+struct TreePlace {
+    std::uint32_t level;
+    std::uint32_t index;
 
-    ChildRef() = default;
-    bool IsPending() const { return value_ == kPending; }
-    bool IsLeaf() const { return (value_ & kLeafBit) != 0; }
-    std::uint32_t Index() const { return value_ & ~kLeafBit; }
-
-  private:
-    static constexpr std::uint32_t kLeafBit = 0x80000000U;
-    static constexpr std::uint32_t kPending = 0xFFFFFFFFU;
-
-    explicit ChildRef(std::uint32_t value) : value_(value) {}
-
-    std::uint32_t value_;
-};
-
-/// Consecutive places of the tree's triangle order.
-struct TriangleRange {
-    std::uint32_t begin;
-    std::uint32_t count;
-};
-
-struct alignas(32) Node {
-    Boxes boxes;
-    float low[4];
-    float high[4];
-    std::array<ChildRef, kWidth> child;
-    std::array<TriangleRange, kWidth> range;
-};
-
-/// Elements that never move, in blocks of one size.
-template <class T>
-class BlockArray {
-  public:
-    /// `expected` sizes the blocks: small meshes must not pay for large ones.
-    void Reserve(std::size_t expected) {
-        shift_ = 0;
-        while ((std::size_t{1} << shift_) < expected && shift_ < kLargestShift)
-            ++shift_;
+    bool IsLeaf() const { return level == 0; }
+    TreePlace Parent() const { return {level + 1, index / std::uint32_t{kWidth}}; }
+    TreePlace Child(unsigned place) const {
+        return {level - 1, index * std::uint32_t{kWidth} + place};
     }
-    std::uint32_t Add() {
-        if (size_ == blocks_.size() << shift_)
-            blocks_.emplace_back(new T[std::size_t{1} << shift_]);
-        return static_cast<std::uint32_t>(size_++);
-    }
-    T& operator[](std::uint32_t i) { return blocks_[i >> shift_][i & ((1U << shift_) - 1)]; }
-
-  private:
-    static constexpr unsigned kLargestShift = 6;
-
-    std::vector<std::unique_ptr<T[]>> blocks_;
-    std::size_t size_ = 0;
-    unsigned shift_ = 0;
 };
 
 /// What a model keeps beside its mesh.
 ///
-/// Built by the queries as they go: the bounds when two bounding boxes meet for the first time,
-/// then node by node where the other mesh is near. What is built depends on the mesh alone, so
-/// the order of a query's results does not depend on the queries before it.
+/// Made by the queries as they go: the bounds when two bounding boxes meet for the first time, the
+/// boxes when the bounds do too, and the contents of a leaf when another mesh comes near it. What
+/// is made depends on the mesh alone, so the order of a query's results does not depend on the
+/// queries before it.
 class MeshTree {
   public:
     explicit MeshTree(const Opcode::MeshInterface& mesh);
@@ -132,21 +72,55 @@ class MeshTree {
     float Reach() const { return reach_; }
     const MeshBounds& Bounds();
 
-    /// The triangles that can touch anything, in the order of the tree so far. Taken from the mesh
-    /// by the first call.
-    std::vector<std::uint32_t>& Order();
+    /// Sorts the triangles that can touch anything into leaves, and makes the boxes above them.
+    /// Only the first call does anything.
+    /// @return whether there are such triangles; nothing below may be called otherwise.
+    bool Arrange();
 
-    ChildRef root = ChildRef::Pending();
-    BlockArray<Node> nodes;
-    BlockArray<Leaf> leaves;
+    TreePlace Root() const { return {rootLevel_, 0}; }
+    /// The boxes of the children of a place that is no leaf.
+    const Boxes& ChildBoxes(TreePlace place) const {
+        return blocks_[firstBlock_[place.level] + place.index];
+    }
+
+    std::uint32_t LeafCount() const {
+        return static_cast<std::uint32_t>((order_.size() + kWidth - 1) / kWidth);
+    }
+    /// Memory for the leaf; only what `IsFilled` says is filled may be read.
+    Leaf& LeafAt(std::uint32_t index) { return leaves_[index]; }
+    bool IsFilled(std::uint32_t leaf) const {
+        return (filled_[leaf / 64] >> (leaf % 64) & 1U) != 0;
+    }
+    void SetFilled(std::uint32_t leaf) { filled_[leaf / 64] |= std::uint64_t{1} << (leaf % 64); }
+    /// The triangles of a leaf, and how many of them there are.
+    const std::uint32_t* TrianglesOf(std::uint32_t leaf) const {
+        return order_.data() + std::size_t{leaf} * kWidth;
+    }
+    std::uint32_t TriangleCount(std::uint32_t leaf) const {
+        const std::size_t rest = order_.size() - std::size_t{leaf} * kWidth;
+        return static_cast<std::uint32_t>(rest < kWidth ? rest : kWidth);
+    }
 
   private:
+    // Leaves, as many levels of blocks as 2^29 leaves need, and the block with the box of the
+    // whole.
+    static constexpr std::size_t kMostLevels = 12;
+
+    void TakeTriangles();
+    void MakeBlocks();
+
     const Opcode::MeshInterface* mesh_;
     Box box_;
     float reach_;
+    bool arranged_ = false;
+    std::uint32_t rootLevel_ = 0;
     std::optional<MeshBounds> bounds_;
     std::vector<std::uint32_t> order_;
-    bool ordered_ = false;
+    std::unique_ptr<Leaf[]> leaves_;
+    std::vector<std::uint64_t> filled_;
+    // Level by level, the boxes of leaves first.
+    std::vector<Boxes> blocks_;
+    std::array<std::uint32_t, kMostLevels> firstBlock_{};
 };
 
 }  // namespace kycb::opcode

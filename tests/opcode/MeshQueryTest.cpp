@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
+#include "opcode/ExactOracle.h"
 #include "opcode/HardTriangles.h"
 #include "opcode/Query.h"
 #include "opcode/TestMesh.h"
@@ -98,6 +99,38 @@ MeshData Sphere(const Point& centre, float radius, int rings) {
     return mesh;
 }
 
+/// Triangles of one oblique plane on points of a lattice in it, so that all is exact: corners on
+/// edges, edges on edges, triangles of no area.
+MeshData OnePlane(Random& random, int count, int cells) {
+    MeshData mesh;
+    const auto point = [&] {
+        const auto u = static_cast<float>(random.Below(cells));
+        const auto v = static_cast<float>(random.Below(cells));
+        return Point(2 * u - v, u + 3 * v, 5 * v - u);
+    };
+    for (int i = 0; i < count; ++i)
+        mesh.AddTriangle(point(), point(), point());
+    return mesh;
+}
+
+/// The wall of a pipe along x.
+MeshData Pipe(float radius, int around, int along) {
+    MeshData mesh;
+    const auto at = [&](int ring, int place) {
+        const double u = 2 * M_PI * place / around;
+        return Point(static_cast<float>(ring) / static_cast<float>(along),
+                     radius * static_cast<float>(std::cos(u)),
+                     radius * static_cast<float>(std::sin(u)));
+    };
+    for (int ring = 0; ring < along; ++ring) {
+        for (int place = 0; place < around; ++place) {
+            mesh.AddTriangle(at(ring, place), at(ring + 1, place), at(ring + 1, place + 1));
+            mesh.AddTriangle(at(ring, place), at(ring + 1, place + 1), at(ring, place + 1));
+        }
+    }
+    return mesh;
+}
+
 MeshData HardSoup(Random& random, const HardFamily& family, bool first) {
     MeshData mesh;
     for (int i = 0; i < 40; ++i) {
@@ -125,6 +158,9 @@ std::vector<MeshPair> AllMeshPairs() {
     pairs.push_back({"spheres", Sphere({0, 0, 0}, 1, 14), Sphere({1.9F, 0.1F, 0}, 1, 11)});
     pairs.push_back({"nested spheres", Sphere({0, 0, 0}, 1, 14), Sphere({0, 0, 0}, 0.9F, 14)});
     pairs.push_back({"equal spheres", Sphere({0, 0, 0}, 1, 7), Sphere({0, 0, 0}, 1, 7)});
+    pairs.push_back({"one plane", OnePlane(random, 60, 6), OnePlane(random, 90, 8)});
+    pairs.push_back({"pipe in pipe", Pipe(0.2F, 24, 9), Pipe(0.21F, 24, 9)});
+    pairs.push_back({"pipe grazing a pipe", Pipe(0.2F, 24, 9), Pipe(0.2001F, 20, 9)});
     for (const HardFamily& family : HardFamilies())
         pairs.push_back(
             {family.name, HardSoup(random, family, true), HardSoup(random, family, false)});
@@ -191,6 +227,66 @@ TEST(MeshQuery, FindsThePairsOfBruteForceOnEveryInstructionSet) {
             EXPECT_EQ(result.pairs, first.pairs) << pair.name << " on " << target;
             EXPECT_TRUE(SameBits(result.points, first.points)) << pair.name << " on " << target;
         }
+    }
+}
+
+PairList ByRationals(const MeshData& a, const MeshData& b) {
+    PairList pairs;
+    for (std::uint32_t i = 0; i < a.triangles.size(); ++i)
+        for (std::uint32_t j = 0; j < b.triangles.size(); ++j)
+            if (TouchByRationals(TriangleOf(a, i), TriangleOf(b, j))) pairs.emplace_back(i, j);
+    return pairs;
+}
+
+TEST(MeshQuery, AgreesWithRationalsWhereTrianglesShareAPlane) {
+    for (std::uint64_t seed = 1; seed <= 4; ++seed) {
+        Random random(seed);
+        const MeshData a = OnePlane(random, 24, 4);
+        const MeshData b = OnePlane(random, 24, 5);
+        const PairList expected = ByRationals(a, b);
+        EXPECT_FALSE(expected.empty());
+        EXPECT_LT(expected.size(), a.triangles.size() * b.triangles.size());
+        for (const std::int64_t target : Targets()) {
+            const OnlyTarget only(target);
+            EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected)
+                << seed << " on " << target;
+        }
+    }
+}
+
+TEST(MeshQuery, AgreesWithRationalsWhereFacesAndEdgesMeet) {
+    for (std::uint64_t seed = 1; seed <= 3; ++seed) {
+        Random random(seed);
+        const MeshData a = GridBoxes(random, 2);
+        const MeshData b = GridBoxes(random, 2);
+        const PairList expected = ByRationals(a, b);
+        for (const std::int64_t target : Targets()) {
+            const OnlyTarget only(target);
+            EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected)
+                << seed << " on " << target;
+        }
+    }
+}
+
+TEST(MeshQuery, TellsPipesInPipesFromPipesThatTouch) {
+    const BuiltMesh inner(Pipe(0.2F, 24, 9));
+    // Between corners, the wall of 24 corners comes 0.86 % closer to the axis than at them.
+    EXPECT_TRUE(Query(inner, BuiltMesh(Pipe(0.2018F, 24, 9))).pairs.empty());
+    EXPECT_FALSE(Query(inner, BuiltMesh(Pipe(0.2001F, 20, 9))).pairs.empty());
+}
+
+TEST(MeshQuery, PlacesTheCornersOfTheCommonPolygonOfOnePlane) {
+    MeshData a;
+    a.AddTriangle({0, 0, 5}, {4, 0, 5}, {0, 4, 5});
+    MeshData b;
+    b.AddTriangle({1, 1, 5}, {5, 1, 5}, {1, 5, 5});
+    for (const std::int64_t target : Targets()) {
+        const OnlyTarget only(target);
+        const QueryResult result = Query(BuiltMesh(a), BuiltMesh(b));
+        ASSERT_EQ(result.points.size(), 3U) << target;
+        // b's corner, and where its legs cross the hypotenuse x + y = 4 of a.
+        const std::vector<Point> expected = {{1, 1, 5}, {3, 1, 5}, {1, 3, 5}};
+        EXPECT_TRUE(SameBits(result.points, expected)) << target;
     }
 }
 

@@ -52,9 +52,9 @@ using ContactCallback = void (*)(const IceMaths::Point& point, void* userData);
 ///
 /// **Sources.** O. Devillers, P. Guigue, "Faster triangle-triangle intersection tests" (2002), for
 /// the sign-based test; J. R. Shewchuk, "Adaptive precision floating-point arithmetic and fast
-/// robust geometric predicates" (1997), for exact signs; I. Wald, "On fast construction of
-/// SAH-based bounding volume hierarchies" (2007), for the hierarchy; S. Gottschalk et al.,
-/// "OBBTree" (1996), for the oriented boxes.
+/// robust geometric predicates" (1997), for exact signs; J. L. Bentley, "Multidimensional binary
+/// search trees used for associative searching" (1975), for the halving that the hierarchy is made
+/// by; S. Gottschalk et al., "OBBTree" (1996), for the oriented boxes.
 class KYCB_API AABBTreeCollider {
   public:
     AABBTreeCollider();

@@ -16,9 +16,10 @@ class MeshInterface;
 
 /// A mesh prepared for collision queries.
 ///
-/// `Build` checks the mesh and takes its bounding box. Everything else (oriented box, hierarchy) is
-/// made by the queries that need it, and only in the parts of the mesh that they reach, so a model
-/// that meets nothing costs nothing more.
+/// `Build` checks the mesh and takes its bounding box. Everything else is made by the queries that
+/// need it: the oriented box, then the boxes of the hierarchy, then the contents of those leaves
+/// that another mesh comes near. A model that meets nothing costs nothing more. A whole hierarchy
+/// takes less than 100 bytes for each triangle.
 ///
 /// Ownership: the mesh interface and its arrays are borrowed. The destructor frees the hierarchy
 /// alone and never looks at the mesh, so the host may have freed that before.

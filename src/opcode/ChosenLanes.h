@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: Apache-2.0
+// Where the chosen lanes of a register go when they are moved to its front, for instruction sets
+// that have no such move. (The tables of the SIMD library are copied to the stack for each use by
+// some compilers, which takes longer than all the rest.)
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace kycb::opcode {
+
+template <std::size_t N>
+struct ChosenLanes {
+    // For each mask the lanes to take, the chosen ones first.
+    std::uint8_t lane[std::size_t{1} << N][N];
+};
+
+template <std::size_t N>
+constexpr ChosenLanes<N> MakeChosenLanes() {
+    ChosenLanes<N> table{};
+    for (std::size_t mask = 0; mask < std::size_t{1} << N; ++mask) {
+        std::size_t used = 0;
+        for (std::size_t i = 0; i < N; ++i)
+            if ((mask >> i & 1U) != 0) table.lane[mask][used++] = static_cast<std::uint8_t>(i);
+    }
+    return table;
+}
+
+template <std::size_t N>
+inline constexpr ChosenLanes<N> kChosenLanes = MakeChosenLanes<N>();
+
+}  // namespace kycb::opcode

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: Apache-2.0
+// Triangle pairs that wait for a batch to fill.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "opcode/MeshTree.h"
+#include "opcode/TriangleContact.h"
+
+namespace kycb::opcode {
+
+/// Pairs that are tested at once. Fixed for every instruction set, so that all find pairs in the
+/// same order; more than most have lanes, because the steps of the test wait for each other.
+inline constexpr std::size_t kBatch = 16;
+
+/// The same for tests in double precision.
+inline constexpr std::size_t kFineBatch = 8;
+
+/// One triangle of each pair, side by side.
+struct alignas(64) QueueRows {
+    // Nearly a batch, and what one more step may write behind it.
+    static constexpr std::size_t kCapacity = 2 * kBatch;
+
+    float vertex[3][3][kCapacity];  // corner, axis, pair
+    // Numbers kept as the bits of floats, which they move along with.
+    float id[kCapacity];
+
+    std::uint32_t IdAt(std::size_t i) const {
+        std::uint32_t bits;
+        std::memcpy(&bits, &id[i], sizeof(bits));
+        return bits;
+    }
+    Triangle TriangleAt(std::size_t i) const {
+        const auto corner = [&](std::size_t k) {
+            return Point(vertex[k][0][i], vertex[k][1][i], vertex[k][2][i]);
+        };
+        return {{corner(0), corner(1), corner(2)}};
+    }
+};
+
+/// Pairs of a triangle of one mesh with one of another. The places behind the last pair hold what
+/// was there before: idle lanes compute something, which is masked away.
+struct PairQueue {
+    QueueRows a{};
+    QueueRows b{};
+    unsigned count = 0;
+
+    /// The first places that hold pairs, of those of a batch; one bit each.
+    unsigned LiveLanes(std::size_t batch) const {
+        return (1U << std::min<std::size_t>(count, batch)) - 1;
+    }
+};
+
+}  // namespace kycb::opcode
