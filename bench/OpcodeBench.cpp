@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The mesh collider on named scenes. `warm` queries models whose trees stand, as when a component
-// has many neighbours; `cold` builds both models for each query. A scene whose number of touching
+// has many neighbours; `cold` builds both models for each query; `build` makes whole trees, and
+// reports time and memory for each triangle. A scene whose number of touching
 // triangle pairs is not the known one is reported as an error.
 #include "KYCollisionBase/opcode/AABBTreeCollider.h"
 #include "KYCollisionBase/opcode/MeshInterface.h"
@@ -12,6 +13,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "HeapCount.h"
 #include "OpcodeScenes.h"
 
 namespace {
@@ -33,6 +35,7 @@ class BuiltModel {
     BuiltModel& operator=(const BuiltModel&) = delete;
 
     const Opcode::Model& Model() const { return model_; }
+    Opcode::Model& Model() { return model_; }
 
   private:
     Opcode::MeshInterface mesh_;
@@ -98,6 +101,38 @@ void Cold(benchmark::State& state, const Scene& scene) {
     Report(state, scene, pairs);
 }
 
+double TrianglesOf(const Scene& scene) {
+    std::size_t count = 0;
+    for (const auto* meshes : {&scene.a, &scene.b})
+        for (const SceneMesh& mesh : *meshes)
+            count += mesh.triangles.size();
+    return static_cast<double>(count);
+}
+
+Models BuildWhole(const std::vector<SceneMesh>& meshes) {
+    Models models = Build(meshes);
+    for (const auto& model : models)
+        model->Model().BuildWholeTree();
+    return models;
+}
+
+void WholeTrees(benchmark::State& state, const Scene& scene) {
+    // Once before counting, for the memory that builds share.
+    BuildWhole(scene.a);
+    BuildWhole(scene.b);
+    const std::size_t before = kycb::bench::LiveHeapBytes();
+    std::size_t held = 0;
+    for (auto _ : state) {
+        const Models a = BuildWhole(scene.a);
+        const Models b = BuildWhole(scene.b);
+        held = kycb::bench::LiveHeapBytes() - before;
+    }
+    const double triangles = TrianglesOf(scene);
+    state.counters["bytes/triangle"] = static_cast<double>(held) / triangles;
+    state.counters["s/triangle"] = benchmark::Counter(
+        triangles, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -107,6 +142,7 @@ int main(int argc, char** argv) {
     for (const Scene& scene : scenes) {
         benchmark::RegisterBenchmark((scene.name + "/warm").c_str(), Warm, scene);
         benchmark::RegisterBenchmark((scene.name + "/cold").c_str(), Cold, scene);
+        benchmark::RegisterBenchmark((scene.name + "/build").c_str(), WholeTrees, scene);
     }
     benchmark::RunSpecifiedBenchmarks();
     return 0;
