@@ -7,12 +7,13 @@
 #include "KYCollisionBase/result/KyWorksetResultData.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
-#include <cstdlib>
+#include <filesystem>
 #include <memory>
 
 #include <gtest/gtest.h>
 
 #include "support/TempFolder.h"
+#include "support/XmlSchema.h"
 
 using kycbtest::TempFolder;
 using KYCOLLISION::RESULT::KyResultItem;
@@ -34,25 +35,24 @@ enum class Verdict { kFits, kDoesNotFit };
 class SchemaTest : public testing::Test {
   protected:
     void SetUp() override {
-        if (std::system("xmllint --version >/dev/null 2>&1") != 0) {
-            GTEST_SKIP() << "xmllint is not installed (Debian package libxml2-utils)";
-        }
+        if (!kycbtest::HasXmlLint()) GTEST_SKIP() << kycbtest::kNoXmlLint;
     }
 
-    Verdict Check(const std::string& schema, const std::string& fileName) const {
-        const std::string command = std::string("xmllint --noout --huge --schema '") +
-                                    KYCB_SCHEMA_DIR + "/" + schema + "' '" +
-                                    (folder_.Path() / fileName).string() + "' >'" +
-                                    (folder_.Path() / "messages").string() + "' 2>&1";
-        return std::system(command.c_str()) == 0 ? Verdict::kFits : Verdict::kDoesNotFit;
+    Verdict Check(const std::string& schema, const std::string& fileName) {
+        messages_ = kycbtest::SchemaErrors(std::filesystem::path(KYCB_SCHEMA_DIR) / schema,
+                                           folder_.Path() / fileName);
+        return messages_.empty() ? Verdict::kFits : Verdict::kDoesNotFit;
     }
-    Verdict CheckText(const std::string& schema, const std::string& text) const {
+    Verdict CheckText(const std::string& schema, const std::string& text) {
         folder_.Write("checked.xml", text);
         return Check(schema, "checked.xml");
     }
-    std::string Messages() const { return folder_.Read("messages"); }
+    const std::string& Messages() const { return messages_; }
 
     TempFolder folder_;
+
+  private:
+    std::string messages_;
 };
 
 void AddItem(KyWorksetResultData& results, int project, const std::wstring& text) {

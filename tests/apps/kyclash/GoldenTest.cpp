@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "CommandRunner.h"
+#include "support/XmlSchema.h"
 
 namespace kyclash {
 namespace {
@@ -62,6 +63,24 @@ TEST_F(GoldenRun, WritesTheReviewedResultTable) {
 
 TEST_F(GoldenRun, WritesTheReviewedOpenings) {
     EXPECT_EQ(Written("openings.csv"), Golden("openings.csv"));
+}
+
+TEST_F(GoldenRun, WritesFilesThatFitThePublishedSchemas) {
+    if (!kycbtest::HasXmlLint()) GTEST_SKIP() << kycbtest::kNoXmlLint;
+    const std::string schema = SourcePath("schemas/result.xsd");
+    const std::string results = (folder_->Path() / "results.xml").string();
+    EXPECT_EQ(kycbtest::SchemaErrors(schema, results), "");
+
+    // Rules without a single item find nothing, so all that was found before is gone.
+    const TemporaryFolder later;
+    const std::string rules = later.Write("rules.xml", "<CollisionRule/>").string();
+    const auto outcome =
+        RunCommand({"check", SourcePath("samples/building.ifc"), "--quiet", "--rules", rules,
+                    "--previous", results, "--out", later.Path().string()});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.errors;
+    EXPECT_EQ(kycbtest::SchemaErrors(schema, later.Path() / "results.xml"), "");
+    EXPECT_EQ(kycbtest::SchemaErrors(schema, later.Path() / "results-gone.xml"), "");
+    EXPECT_EQ(WithoutIds(ReadAll(later.Path() / "results-gone.xml")), Golden("results.xml"));
 }
 
 TEST(Golden, RulesAreShownAsReviewed) {

@@ -11,12 +11,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "CommandRunner.h"
 #include "ifchost/Classification.h"
 #include "ifchost/HostText.h"
 #include "kyclash/CategoryCheck.h"
 #include "kyclash/RuleFile.h"
 #include "kyclash/RuleOutcome.h"
 #include "kyclash/SystemRoot.h"
+#include "support/XmlSchema.h"
 
 namespace kyclash {
 namespace {
@@ -109,6 +111,20 @@ std::set<std::wstring> RuledPaths() {
     for (const RuledKind& kind : KindsOf(*file.rules->GetRule()))
         paths.insert(kind.path);
     return paths;
+}
+
+TEST(ShippedData, FitsThePublishedSchemas) {
+    if (!kycbtest::HasXmlLint()) GTEST_SKIP() << kycbtest::kNoXmlLint;
+    const std::pair<const char*, const char*> files[] = {
+        {"rule.xsd", "data/rules/default.xml"},
+        {"priority.xsd", "data/system-root/CollisionData/TypePriorityMap.xml"},
+        {"category.xsd", "data/system-root/config/system/productsort.xml"},
+        {"result.xsd", "samples/golden/results.xml"}};
+    for (const auto& [schema, file] : files) {
+        EXPECT_EQ(kycbtest::SchemaErrors(testing::SourcePath(std::string("schemas/") + schema),
+                                         testing::SourcePath(file)),
+                  "");
+    }
 }
 
 TEST(ShippedData, TreeHasEveryKindOfTheVocabulary) {
