@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/HostileXml.h"
 #include "platform/Text.h"
 #include "support/LocaleScope.h"
 #include "support/TempFolder.h"
@@ -294,6 +295,29 @@ TEST_F(PriorityTest, IsUnlistedWithAMessageWhenTheFileIsNoXml) {
         EXPECT_EQ(PriorityOfSupplyPipe(), 1000) << bytes;
         EXPECT_EQ(messages_.size(), 1u) << bytes;
     }
+}
+
+TEST_F(PriorityTest, IsUnlistedWithAMessageWhenTheFileIsHostile) {
+    for (const kycbtest::HostileXml& hostile : kycbtest::HostileXmlCorpus()) {
+        WriteFile(hostile.bytes);
+        messages_.clear();
+        EXPECT_EQ(PriorityOfSupplyPipe(), 1000) << hostile.name;
+        EXPECT_EQ(messages_.size(), 1u) << hostile.name;
+        EXPECT_TRUE(AttCategory::s_typePriorityMap.empty()) << hostile.name;
+    }
+}
+
+TEST_F(PriorityTest, TakesTheSecondLevelBelowTheRootOfAFileNestedWithoutEnd) {
+    // Its elements have no attributes, so the first one on that level is a broken entry.
+    WriteFile(kycbtest::NestedXml(100000));
+    EXPECT_FALSE(AttCategory::InitTypePriorityMap());
+    EXPECT_TRUE(AttCategory::s_typePriorityMap.empty());
+}
+
+TEST_F(PriorityTest, IsReadFromAFileWithAnAttributeOf100Megabytes) {
+    WriteFile("<r><g><e att=\"给排水/管道/给水管\" priority=\"3\" note=\"" +
+              std::string(std::size_t{100} << 20, 'x') + "\"/></g></r>");
+    EXPECT_EQ(PriorityOfSupplyPipe(), 3);
 }
 
 TEST_F(PriorityTest, KeepsWhatStandsBeforeABrokenEntry) {

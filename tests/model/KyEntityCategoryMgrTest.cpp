@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 
+#include "platform/HostileXml.h"
 #include "support/TempFolder.h"
 
 namespace KYCOLLISION::MODEL {
@@ -165,6 +166,30 @@ TEST_F(KyEntityCategoryMgrTest, IsEmptyWithoutAReadableFile) {
         WriteConfig(bytes);
         ExpectEmpty(LoadedTree());
     }
+}
+
+TEST_F(KyEntityCategoryMgrTest, IsEmptyWhenTheFileIsHostile) {
+    for (const kycbtest::HostileXml& hostile : kycbtest::HostileXmlCorpus()) {
+        WriteConfig(hostile.bytes);
+        EXPECT_EQ(LoadedTree().GetSpecNodeCount(), 0) << hostile.name;
+    }
+}
+
+TEST_F(KyEntityCategoryMgrTest, ReadsThreeLevelsOfAFileNestedWithoutEnd) {
+    WriteConfig("<root><zhuanye name=\"a\"><dalei name=\"b\"><xiaolei name=\"c\">" +
+                kycbtest::NestedXml(100000) + "</xiaolei></dalei></zhuanye></root>");
+    const LoadedTree tree;
+    ASSERT_NE(tree.GetXiaoLeiNode(0, 0, 0), nullptr);
+    EXPECT_EQ(tree.GetXiaoLeiNode(0, 0, 0)->name, L"c");
+    EXPECT_THAT(tree.GetXiaoLeiNode(0, 0, 0)->children, IsEmpty());
+}
+
+TEST_F(KyEntityCategoryMgrTest, HoldsANameOf100Megabytes) {
+    constexpr std::size_t kLength = std::size_t{100} << 20;
+    WriteConfig("<root><zhuanye name=\"" + std::string(kLength, 'x') + "\"/></root>");
+    const LoadedTree tree;
+    ASSERT_NE(tree.GetSpecNode(0), nullptr);
+    EXPECT_EQ(tree.GetSpecNode(0)->name.size(), kLength);
 }
 
 TEST_F(KyEntityCategoryMgrTest, IsEmptyWhenNoXmlTreeCanBeHad) {

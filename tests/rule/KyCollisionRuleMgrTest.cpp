@@ -4,10 +4,13 @@
 #include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
+#include <random>
+
 #include <gmock/gmock.h>
 
 #include "platform/HostileXml.h"
 #include "platform/Text.h"
+#include "support/ChildProcess.h"
 #include "support/LocaleScope.h"
 #include "support/TempFolder.h"
 
@@ -338,6 +341,47 @@ TEST(KyCollisionRuleMgr, LeavesTheOldFileWhenItCannotSave) {
     manager.SetRule(new KyCollisionRule, true);
     EXPECT_FALSE(manager.SaveToXMLFile(folder.File("none/rules.xml")));
     EXPECT_FALSE(manager.SaveToXMLFile(L""));
+}
+
+TEST(KyCollisionRuleMgr, LeavesAWholeFileWheneverASavingProcessIsKilled) {
+    constexpr int kKills = 200;
+    constexpr unsigned kLongestDelay = 8000;  // microseconds; a save takes about a tenth of it
+    const kycbtest::TempFolder folder;
+    const std::wstring path = folder.File("rules.xml");
+    const auto fill = [](KyCollisionRuleMgr& manager, int items) {
+        auto rules = std::make_unique<KyCollisionRule>();
+        for (int i = 0; i < items; ++i)
+            rules->AddRuleItem(L"给排水/管道/" + std::to_wstring(i), true);
+        manager.SetRule(rules.release(), true);
+    };
+    KyCollisionRuleMgr small;
+    KyCollisionRuleMgr large;
+    fill(small, 20);
+    fill(large, 300);
+    ASSERT_TRUE(large.SaveToXMLFile(path));
+    const std::string largeBytes = folder.Read("rules.xml");
+    ASSERT_TRUE(small.SaveToXMLFile(path));
+    const std::string smallBytes = folder.Read("rules.xml");
+
+    std::mt19937 random(42);
+    int found[2] = {0, 0};
+    for (int round = 0; round < kKills; ++round) {
+        bool next = round % 2 == 0;
+        const auto saveOneAfterTheOther = [&] {
+            next = !next;
+            return (next ? small : large).SaveToXMLFile(path);
+        };
+        const auto end = kycbtest::RunUntilKilled(saveOneAfterTheOther,
+                                                  static_cast<unsigned>(random()) % kLongestDelay);
+        EXPECT_EQ(end, kycbtest::ChildEnd::kKilled) << "a save failed after an earlier kill";
+        const std::string bytes = folder.Read("rules.xml");
+        ASSERT_TRUE(bytes == smallBytes || bytes == largeBytes) << "round " << round;
+        ++found[bytes == largeBytes];
+    }
+    EXPECT_GT(found[0], 10);
+    EXPECT_GT(found[1], 10);
+    ASSERT_TRUE(small.SaveToXMLFile(path));
+    EXPECT_EQ(folder.CountFiles(), 1u);
 }
 
 TEST(KyCollisionRuleMgr, ReadsPathsWithBackslashes) {

@@ -90,6 +90,17 @@ TEST_P(HostileFiles, AreRefusedAsResults) {
     ExpectRefusal({"diff", good, File()});
 }
 
+TEST_P(HostileFiles, AreWarnedOfAsCategoriesAndPriorities) {
+    folder_.Write("config/system/productsort.xml", GetParam().bytes);
+    folder_.Write("CollisionData/TypePriorityMap.xml", GetParam().bytes);
+    const auto outcome = RunCommand({"rules", "show", testing::SourcePath("data/rules/default.xml"),
+                                     "--system-root", folder_.Path().string()});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.errors, HasSubstr("productsort.xml: no categories could be read"));
+    EXPECT_THAT(outcome.errors, HasSubstr("TypePriorityMap.xml: no complete list"));
+    EXPECT_LT(outcome.errors.size(), 2000U);
+}
+
 INSTANTIATE_TEST_SUITE_P(Corpus, HostileFiles, ::testing::ValuesIn(Corpus()),
                          [](const auto& hostile) { return std::string(hostile.param.name); });
 
@@ -100,6 +111,19 @@ TEST(HostileRules, OfAnotherRootAreRefused) {
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.errors, HasSubstr("hostile.xml"));
     EXPECT_THAT(outcome.errors, HasSubstr("CollisionRule"));
+}
+
+TEST(HostileResults, WithAHugeAttributeAreReadAsTheyAre) {
+    const TemporaryFolder folder;
+    const std::string remark(std::size_t{100} << 20, 'x');
+    const auto file =
+        folder.Write("huge.xml",
+                     "<r><p><f><i projectA=\"1\" projectB=\"1\" dispose=\"0\" picsize=\"0\" "
+                     "remark=\"" +
+                         remark + "\"/></f></p></r>");
+    const auto outcome = RunCommand({"diff", file.string(), file.string()});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out, "0 new, 0 gone, 0 changed, 1 the same\n");
 }
 
 TEST(HostileRules, WithAHugeAttributeAreRefusedInAFewWords) {
