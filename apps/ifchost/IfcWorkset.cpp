@@ -55,7 +55,7 @@ class UniqueNames {
     std::set<std::wstring> taken_;
 };
 
-// Gives each product its GUID inside the model.
+// Gives each product its GUID inside the model, unique within its file.
 class GuidMaker {
   public:
     std::wstring Make(const SceneProduct& product) {
@@ -239,34 +239,49 @@ std::string_view FateName(ProductFate fate) {
 }
 
 IfcWorkset::IfcWorkset(std::vector<WorksetInput> inputs, const Classification& classification) {
+    for (std::size_t rule = 0; rule < classification.RuleCount(); ++rule)
+        ruleNames_.push_back(classification.RuleName(rule));
     UniqueNames names;
     projects_.reserve(inputs.size());
     for (WorksetInput& input : inputs) {
         std::wstring name = names.Take(FromUtf8(Utf8Of(input.file.stem())));
-        AddProject(std::move(input), classification);
-        projects_.back().name = std::move(name);
+        AddProject(std::move(name), std::move(input), classification);
     }
     ChooseOriginAndWarn();
 }
 
-void IfcWorkset::AddProject(WorksetInput input, const Classification& classification) {
+void IfcWorkset::AddProject(std::wstring name, WorksetInput input,
+                            const Classification& classification) {
     const std::string fileName = Utf8Of(input.file.filename());
     const int id = static_cast<int>(projects_.size()) + 1;
     auto decisions = DecideProducts(input.package, classification, fileName);
-    projects_.push_back({id, {}, std::move(input.file), std::move(input.package), {}, {}, {}});
+    projects_.push_back(
+        {id, std::move(name), std::move(input.file), std::move(input.package), {}, {}, {}});
     AddComponents(projects_.back(), std::move(decisions));
+}
+
+bool IfcWorkset::IsTaken(const std::wstring& guid) const {
+    return std::any_of(byGuid_.begin(), byGuid_.end(),
+                       [&guid](const auto& project) { return project.second.count(guid) > 0; });
 }
 
 void IfcWorkset::AddComponents(WorksetProject& project, std::vector<ProductDecision> decisions) {
     FloorPlan plan(project);
     GuidMaker guids;
+    std::size_t takenGuids = 0;
     for (std::size_t i = 0; i < decisions.size(); ++i) {
         ProductDecision& decision = decisions[i];
-        const std::wstring guid = guids.Make(project.package.Products()[i]);
+        std::wstring guid = guids.Make(project.package.Products()[i]);
         ++project.fateCounts[static_cast<std::size_t>(decision.fate)];
         ProductAccount account{decision.fate, kNoIndex, decision.rule, std::move(decision.note)};
         if (decision.fate == ProductFate::Checked || decision.fate == ProductFate::ListedOpening) {
             account.component = static_cast<std::int32_t>(components_.size());
+            // Two components of one GUID never clash in the model: neither ranks before the other.
+            // The name of the file, unlike its place in the list, stays the same in later runs.
+            if (IsTaken(guid)) {
+                guid = HexFromText(ToUtf8(guid) + "@" + ToUtf8(project.name));
+                ++takenGuids;
+            }
             byGuid_[project.id].emplace(guid, components_.size());
             components_.push_back(MakeComponent(project, i, decision, guid));
             plan.Add(components_.back());
@@ -275,6 +290,11 @@ void IfcWorkset::AddComponents(WorksetProject& project, std::vector<ProductDecis
     }
     plan.SetHeights();
     WarnAboutGuids(project.id, guids, warnings_);
+    if (takenGuids > 0) {
+        warnings_.push_back({project.id, std::to_string(takenGuids) +
+                                             " components have the GlobalId of a component of an "
+                                             "earlier file; they got GUIDs of their own"});
+    }
 }
 
 void IfcWorkset::ChooseOriginAndWarn() {
@@ -319,6 +339,11 @@ const WorksetComponent* IfcWorkset::FindComponent(int projectId, std::wstring_vi
 
 const std::string& IfcWorkset::GlobalId(const WorksetComponent& component) const {
     return Product(component).guid;
+}
+
+std::string_view IfcWorkset::RuleName(const ProductAccount& account) const {
+    if (account.rule == kNoIndex) return {};
+    return ruleNames_[static_cast<std::size_t>(account.rule)];
 }
 
 Point3 IfcWorkset::ToWorld(const Point3& local) const {

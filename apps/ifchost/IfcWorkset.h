@@ -76,7 +76,7 @@ struct WorksetComponent {
     std::uint32_t product = 0;  ///< index in ScenePackage::Products() of the project
     std::uint32_t floor = 0;    ///< index in WorksetProject::floors
     ComponentRole role = ComponentRole::Body;
-    std::wstring guid;     ///< 32 lower-case hexadecimal digits, unique within the project
+    std::wstring guid;     ///< 32 lower-case hexadecimal digits, unique within the work set
     std::wstring name;     ///< of the product, else of its type, else class and express id
     std::wstring syscode;  ///< names of its systems, joined by ","
     KYCOLLISION::MODEL::AttCategory category;
@@ -129,6 +129,9 @@ class IfcWorkset {
     /// The GlobalId in the file, also where the model had to use another GUID.
     const std::string& GlobalId(const WorksetComponent& component) const;
 
+    /// The name of the mapping rule that decided about a product; empty when none did.
+    std::string_view RuleName(const ProductAccount& account) const;
+
     const LocalOrigin& Origin() const { return origin_; }
     Point3 ToWorld(const Point3& local) const;
     Point3 ToLocal(const Point3& world) const;
@@ -144,7 +147,8 @@ class IfcWorkset {
     std::vector<SCollisionFloor> CollisionFloors() const;
 
   private:
-    void AddProject(WorksetInput input, const Classification& classification);
+    void AddProject(std::wstring name, WorksetInput input, const Classification& classification);
+    bool IsTaken(const std::wstring& guid) const;
     void AddComponents(WorksetProject& project, std::vector<ProductDecision> decisions);
     void ChooseOriginAndWarn();
 
@@ -153,6 +157,7 @@ class IfcWorkset {
     std::map<int, std::map<std::wstring, std::size_t, std::less<>>> byGuid_;
     LocalOrigin origin_;
     std::vector<WorksetWarning> warnings_;
+    std::vector<std::string> ruleNames_;
 };
 
 }  // namespace ifchost

@@ -210,7 +210,11 @@ TEST(IfcDataSource, GivesOtherBoxesOnlyTheMarginsOfTheSearch) {
 TEST(IfcDataSource, BuildsTheTreeOfProjectsFloorsAndKinds) {
     SceneBuilder a = UnderASlab("IfcDuctSegment", {0, 0, 2650}, {4000, 400, 2850});
     SceneBuilder b;
-    b.Storey("E0", 0).System("Cold water").Add("IfcPipeSegment").Named("P").On(0);
+    b.Storey("E0", 0)
+        .System("Cold water")
+        .Add("IfcPipeSegment", SceneBuilder::GuidOf(7))
+        .Named("P")
+        .On(0);
     b.Box({0, 0, 0}, {1000, 50, 50}).With("systems", std::vector<int>{0});
     Host host({a, b});
     auto& root = dynamic_cast<WorkSetModelInfo&>(*host.Check().GetCollisionModel());
@@ -225,7 +229,7 @@ TEST(IfcDataSource, BuildsTheTreeOfProjectsFloorsAndKinds) {
     const ObjectModelInfo& pipe = host.Object(2);
     EXPECT_EQ(pipe.GetObjAttname(), L"P");
     EXPECT_EQ(pipe.GetObjSyscode(), L"Cold water");
-    EXPECT_EQ(pipe.GetObjGuid(), *HexFromGlobalId(SceneBuilder::GuidOf(0)));
+    EXPECT_EQ(pipe.GetObjGuid(), *HexFromGlobalId(SceneBuilder::GuidOf(7)));
     EXPECT_EQ(pipe.GetProjId(), 2);
 }
 

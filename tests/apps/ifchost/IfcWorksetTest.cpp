@@ -281,6 +281,38 @@ TEST_F(Worksets, GiveProductsWithARepeatedOrMalformedGlobalIdTheirOwn) {
     EXPECT_EQ(Make(builder).Components()[1].guid, workset.Components()[1].guid);
 }
 
+TEST_F(Worksets, GiveComponentsOfEarlierFilesGuidsOfTheirOwn) {
+    SceneBuilder builder;
+    builder.Add("IfcWall", "2Lf0000000000000000000").Box({0, 0, 0}, {1, 1, 1});
+    builder.Add("IfcSpace", "1Lf0000000000000000000");
+    const auto workset = Make({{"a.ifc", builder}, {"b.ifc", builder}, {"a.ifc", builder}});
+    const auto& components = workset.Components();
+    ASSERT_EQ(components.size(), 3U);
+    EXPECT_EQ(components[0].guid, L"95a40000000000000000000000000000");
+    std::set<std::wstring> guids;
+    for (const auto& component : components) {
+        guids.insert(component.guid);
+        EXPECT_EQ(component.guid.size(), kGuidHexDigits);
+        EXPECT_EQ(workset.GlobalId(component), "2Lf0000000000000000000");
+        EXPECT_EQ(workset.FindComponent(component.projectId, component.guid), &component);
+    }
+    EXPECT_EQ(guids.size(), 3U);
+    ASSERT_EQ(workset.Warnings().size(), 2U) << "spaces are no components";
+    EXPECT_EQ(workset.Warnings()[0].projectId, 2);
+    EXPECT_THAT(workset.Warnings()[0].text, HasSubstr("1 components have the GlobalId of a"));
+    const auto less = Make({{"c.ifc", builder}, {"b.ifc", builder}});
+    EXPECT_EQ(less.Components()[1].guid, components[1].guid) << "it goes by the file's name";
+}
+
+TEST_F(Worksets, NameTheMappingRuleThatDecided) {
+    SceneBuilder builder;
+    builder.Add("IfcPile").Box({0, 0, 0}, {1, 1, 1});
+    builder.Add("IfcFancyNewThing").Box({0, 0, 0}, {1, 1, 1});
+    const auto workset = Make(builder);
+    EXPECT_EQ(workset.RuleName(Account(workset, 0)), "Piles");
+    EXPECT_EQ(workset.RuleName(Account(workset, 1)), "");
+}
+
 TEST_F(Worksets, NameComponentsAndTheirSystems) {
     SceneBuilder builder;
     builder.System("Supply")
@@ -331,7 +363,8 @@ TEST_F(Worksets, ShareOneLocalOriginAmongAllFiles) {
     SceneBuilder a;
     a.Add("IfcWall").Box({155000000, 463000000, 0}, {155001000, 463000200, 2500});
     SceneBuilder b;
-    b.Add("IfcSlab").Box({155010000, 463000000, -200}, {155011000, 463001000, 0});
+    b.Add("IfcSlab", SceneBuilder::GuidOf(7))
+        .Box({155010000, 463000000, -200}, {155011000, 463001000, 0});
     const auto workset = Make({{"a.ifc", a}, {"b.ifc", b}});
     EXPECT_TRUE(workset.Origin().moved);
     // Middles of 155000000..155011000 and 463000000..463001000, to whole metres away from zero.
@@ -346,7 +379,7 @@ TEST_F(Worksets, WarnWhenFilesLieTooFarApart) {
     a.Add("IfcWall").Box({155000000, 0, 0}, {155001000, 200, 2500});
     a.Add("IfcWall").Box({155000000, 0, 0}, {155001000, 200, 2500});
     SceneBuilder b;
-    b.Add("IfcSlab").Box({0, 0, 0}, {1000, 1000, 200});
+    b.Add("IfcSlab", SceneBuilder::GuidOf(7)).Box({0, 0, 0}, {1000, 1000, 200});
     const auto workset = Make({{"a.ifc", a}, {"b.ifc", b}});
     ASSERT_EQ(workset.Warnings().size(), 1U);
     EXPECT_EQ(workset.Warnings()[0].projectId, 0);
