@@ -121,6 +121,99 @@ TEST(DefaultMapping, TellsSlabsStairsAndFoundations) {
     EXPECT_EQ(PathOf(Product("IfcPile")), L"土建/基础/桩");
 }
 
+TEST(DefaultMapping, KnowsPilesAndFoundationsThatAreModelledAsMembers) {
+    for (const char* name :
+         {"PAAL", "Heipaal 320x320", "Pile 12", "Bohrpfahl D60", "Pieu 3", "桩"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name)), L"土建/基础/桩") << name;
+        EXPECT_EQ(PathOf(Product("IfcColumn").Named(name).Of("Concrete")), L"土建/基础/桩") << name;
+    }
+    EXPECT_EQ(PathOf(Product("IfcFooting").Named("Pile cap 2")), L"土建/基础/桩承台");
+    EXPECT_EQ(PathOf(Product("IfcFooting").Named("桩承台")), L"土建/基础/桩承台");
+    for (const char* name : {"FUNDBALK (PREFAB)", "Grade beam", "Longrine 30x50", "地梁"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name).Of("Beton")), L"土建/基础/基础梁") << name;
+    }
+    for (const char* name : {"FUND", "Poer", "Einzelfundament", "Footing F1"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name)), L"土建/基础/独立基础") << name;
+    }
+}
+
+TEST(DefaultMapping, KnowsConnectionsThatAreModelledAsMembers) {
+    for (const char* name :
+         {"ANKER", "Anchor bolt M24", "MOER", "Dook", "Ankerschraube", "螺栓 M20"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name)), L"土建/连接件/紧固件") << name;
+        EXPECT_EQ(PathOf(Product("IfcDiscreteAccessory").Named(name)), L"土建/连接件/紧固件")
+            << name;
+    }
+    for (const char* name : {"INGIETSTUKONDERDEEL", "HIJSOOG DIAM.60", "Cast-in insert",
+                             "Ankerschiene", "Lifting anchor", "Injectiebuis 65", "预埋件 3"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name)), L"土建/连接件/预埋件") << name;
+    }
+    for (const char* name :
+         {"Base plate", "Knotenblech", "Kopplaat", "Gousset", "Bevest.Hoek", "连接板"}) {
+        EXPECT_EQ(PathOf(Product("IfcPlate").Named(name).Of("steel")), L"土建/连接件/连接板")
+            << name;
+    }
+    for (const char* name : {"OPLEGRUBBER", "NEOPRENE", "Elastomerlager", "橡胶支座"}) {
+        EXPECT_EQ(PathOf(Product("IfcBeam").Named(name)), L"土建/连接件/支座") << name;
+    }
+    EXPECT_EQ(PathOf(Product("IfcDiscreteAccessory")), L"土建/连接件/连接板");
+    EXPECT_EQ(PathOf(Product("IfcMechanicalFastener")), L"土建/连接件/紧固件");
+    EXPECT_EQ(PathOf(Product("IfcVibrationIsolator")), L"土建/连接件/支座");
+}
+
+TEST(DefaultMapping, KnowsWhatElseIsModelledAsMembers) {
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("BEKISTING")), L"土建/临时构件/模板");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("Schalung")), L"土建/临时构件/模板");
+    EXPECT_EQ(PathOf(Product("IfcMember").Named("Formwork prop")), L"土建/临时构件/模板");
+    EXPECT_EQ(PathOf(Product("IfcBuildingElementProxy").Named("脚手架")), L"土建/临时构件/脚手架");
+    EXPECT_EQ(PathOf(Product("IfcMember").Named("UITST.WAP")), L"土建/钢筋构件/钢筋");
+    EXPECT_EQ(PathOf(Product("IfcMember").Named("Anschlussbewehrung")), L"土建/钢筋构件/钢筋");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("GEWELF")), L"土建/楼梯楼板/预制板");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("Hollow-core 265")), L"土建/楼梯楼板/预制板");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("WAND").Of("BETON")), L"土建/墙/砼内墙");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("Trapezblech T85")), L"土建/几何构件/钢板");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("EPS 20")), L"土建/装饰/保温板");
+}
+
+TEST(DefaultMapping, KeepsStructureWhoseNamesOnlySoundLikeConnections) {
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("Ringanker")), L"土建/梁/圈梁");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("钢筋混凝土梁")), L"土建/梁/框架梁");
+    EXPECT_EQ(PathOf(Product("IfcPlate").Named("Verschalung")), L"土建/几何构件/几何板");
+    EXPECT_EQ(PathOf(Product("IfcWall").Named("Ankerwand")), L"土建/墙/填充墙");
+    EXPECT_EQ(PathOf(Product("IfcBeam").Named("Wandriegel")), L"土建/梁/框架梁");
+}
+
+TEST(DefaultMapping, ReadsDevicesByTheirNames) {
+    for (const char* ifcClass : {"IfcBuildingElementProxy", "IfcFlowTerminal"}) {
+        const auto device = [ifcClass](const char* name) {
+            return ToUtf8(PathOf(Product(ifcClass).Named(name)));
+        };
+        EXPECT_EQ(device("M_Telephone Outlet"), "弱电/弱电设备/信息插座") << ifcClass;
+        EXPECT_EQ(device("RJ45 socket"), "弱电/弱电设备/信息插座") << ifcClass;
+        EXPECT_EQ(device("CCTV camera"), "弱电/弱电设备/弱电设备") << ifcClass;
+        EXPECT_EQ(device("Rauchmelder"), "消防/消防设备/火灾报警设备") << ifcClass;
+        EXPECT_EQ(device("Steckdose"), "电气/开关插座/插座") << ifcClass;
+        EXPECT_EQ(device("Lighting Switches"), "电气/开关插座/开关") << ifcClass;
+        EXPECT_EQ(device("Downlight 150"), "电气/灯具/灯具") << ifcClass;
+        EXPECT_EQ(device("Elevator-Hydraulic"), "土建/设备/运输设备") << ifcClass;
+    }
+    EXPECT_EQ(PathOf(Product("IfcFlowController").Named("M_Smoke Detector")),
+              L"消防/消防设备/火灾报警设备");
+    EXPECT_EQ(PathOf(Product("IfcBuildingElementProxy").Named("Skylight")), L"土建/其它构件/其它");
+    EXPECT_EQ(PathOf(Product("IfcBuildingElementProxy").Named("Roof outlet DN100")),
+              L"土建/其它构件/其它");
+}
+
+TEST(DefaultMapping, LeavesMarkersAndTextsOut) {
+    for (const char* name : {"origin", "geo-reference", "ROOT nulpunt", "Project Base Point",
+                             "Model Text:600mm Arial"}) {
+        EXPECT_EQ(
+            Shipped().Classify(Product("IfcBuildingElementProxy").Named(name).Facts()).outcome,
+            MappingOutcome::LeftOut)
+            << name;
+    }
+}
+
 TEST(DefaultMapping, ListsDoorsAndWindowsAsOpenings) {
     EXPECT_EQ(PathOf(Product("IfcDoor")), L"土建/门.窗.洞/门");
     EXPECT_EQ(PathOf(Product("IfcWindow")), L"土建/门.窗.洞/窗");

@@ -97,11 +97,22 @@ TEST_F(DefaultRules, TestDoorsAndWindowsAgainstServicesOnly) {
     }
 }
 
-TEST_F(DefaultRules, LeaveOpeningsBarsFastenersAndTheGroundOut) {
+TEST_F(DefaultRules, LeaveOpeningsBarsFastenersFormworkAndTheGroundOut) {
     for (const wchar_t* path :
          {L"土建/门.窗.洞/墙洞", L"土建/板.楼梯/板洞", L"土建/钢筋构件/钢筋", L"土建/连接件/紧固件",
-          L"土建/场地/场地构件", L"钢筋/墙/门洞", L"Tekla/钢结构/螺栓"}) {
+          L"土建/临时构件/模板", L"土建/临时构件/脚手架", L"土建/场地/场地构件", L"钢筋/墙/门洞",
+          L"Tekla/钢结构/螺栓"}) {
         EXPECT_FALSE(kinds_[Find(path)].isOn) << kinds_[Find(path)].item->GetAttName().size();
+    }
+}
+
+TEST_F(DefaultRules, TestConnectionsAgainstServicesOnly) {
+    for (const wchar_t* part :
+         {L"土建/连接件/预埋件", L"土建/连接件/连接板", L"土建/连接件/支座", L"土建/装饰/保温板"}) {
+        EXPECT_EQ(Offsets(part, L"土建/梁/框架梁"), std::nullopt);
+        EXPECT_EQ(Offsets(part, L"土建/几何构件/钢梁"), std::nullopt);
+        EXPECT_EQ(Offsets(part, part), std::nullopt);
+        EXPECT_EQ(Offsets(part, L"暖通/风管/送风管"), Pair(-5, 0));
     }
 }
 
