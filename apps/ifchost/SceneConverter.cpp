@@ -196,6 +196,8 @@ class Batch {
         std::error_code code;
         if (Cancelled()) {
             Fail(index, ConvertErrorKind::Cancelled, "cancelled");
+        } else if (fs::is_directory(results_[index].input, code)) {
+            Fail(index, ConvertErrorKind::InputMissing, "is a folder, not an IFC file");
         } else if (fs::exists(results_[index].input, code)) {
             Fail(index, ConvertErrorKind::InputMissing, "cannot be read");
         } else {

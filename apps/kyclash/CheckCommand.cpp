@@ -10,6 +10,7 @@
 #include "kyclash/ClashHistory.h"
 #include "kyclash/Interrupt.h"
 #include "kyclash/ModelLoading.h"
+#include "kyclash/OutputFile.h"
 #include "kyclash/Progress.h"
 #include "kyclash/ReportBuilding.h"
 #include "kyclash/ResultOutput.h"
@@ -44,12 +45,18 @@ std::optional<PreviousResults> LoadPrevious(const CheckOptions& options) {
     return previous;
 }
 
-// Whether the files may be written where they are wanted; a message when not.
-bool MayWrite(const CheckOptions& options) {
-    if (!options.outDir) return true;
-    const auto reason = WhyNotReplace(*options.outDir, options.previous);
-    if (reason) std::cerr << "kyclash: " << *reason << '\n';
-    return !reason;
+// Whether the files may and can be written where they are wanted; a message when not.
+ExitCode PrepareOutput(const CheckOptions& options) {
+    if (!options.outDir) return kExitDone;
+    if (const auto reason = WhyNotReplace(*options.outDir, options.previous)) {
+        std::cerr << "kyclash: " << *reason << '\n';
+        return kExitWrongUse;
+    }
+    if (const auto reason = PrepareFolder(*options.outDir)) {
+        std::cerr << "kyclash: " << *reason << '\n';
+        return kExitUnreadable;
+    }
+    return kExitDone;
 }
 
 RunScope ScopeOf(const std::vector<SCollisionFloor>& floors, bool isComplete) {
@@ -120,7 +127,7 @@ ExitCode RunCheck(const CheckOptions& options) {
     auto previous = LoadPrevious(options);
     if (!previous) return kExitUnreadable;
     inputs.previous = std::move(*previous);
-    if (!MayWrite(options)) return kExitWrongUse;
+    if (const ExitCode code = PrepareOutput(options); code != kExitDone) return code;
 
     inputs.workset = LoadWorkset(
         {options.models, options.mapping, options.cacheDir, options.circleSegments}, progress);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <ostream>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -18,6 +19,8 @@ constexpr std::size_t kShortList = 20;
 // So many names of a longer list, remarks on the rules, digits of a hash.
 constexpr std::size_t kShownNames = 5;
 constexpr std::size_t kShownRemarks = 20;
+// So many warnings of one sort about one model.
+constexpr std::size_t kShownWarnings = 3;
 constexpr std::size_t kShownDigits = 12;
 
 std::string PointText(const std::array<double, 3>& point) {
@@ -43,7 +46,7 @@ std::string CountsText(const std::map<std::string, std::size_t>& counts) {
     std::string text;
     for (const auto& [name, count] : counts) {
         text += text.empty() ? "" : ", ";
-        text += name + " for " + std::to_string(count) + (count == 1 ? " kind" : " kinds");
+        text += name + " for " + CountText(count, "kind");
     }
     return text;
 }
@@ -74,8 +77,8 @@ void WriteRules(const ReportedRules& rules, PairListing listing, std::ostream& o
     WriteKinds("  warning: not checked, for want of a rule: ", rules.withoutRule, out);
     WriteKinds("  switched off by its rule: ", rules.switchedOff, out);
     if (rules.withoutComponent.empty()) return;
-    out << "  warning: " << rules.withoutComponent.size()
-        << " rules matched no component: " << ShortText(rules.withoutComponent) << '\n';
+    out << "  warning: " << CountText(rules.withoutComponent.size(), "rule")
+        << " matched no component: " << ShortText(rules.withoutComponent) << '\n';
 }
 
 void WriteUse(const CheckReport& report, PairListing listing, std::ostream& out) {
@@ -94,17 +97,41 @@ void WriteHistory(const CheckReport& report, std::ostream& out) {
     out << '\n';
 }
 
-void WriteModels(const CheckReport& report, std::ostream& out) {
+// Sort by sort, in the order in which these are met first.
+void WriteWarnings(const std::vector<ReportedWarning>& warnings, PairListing listing,
+                   std::ostream& out) {
+    std::vector<std::string> sorts;
+    std::map<std::string, std::vector<const ReportedWarning*>> bySort;
+    for (const ReportedWarning& warning : warnings) {
+        auto& list = bySort[warning.sort];
+        if (list.empty()) sorts.push_back(warning.sort);
+        list.push_back(&warning);
+    }
+    for (const std::string& sort : sorts) {
+        const auto& list = bySort[sort];
+        const std::size_t shown =
+            listing == PairListing::Shortened ? std::min(list.size(), kShownWarnings) : list.size();
+        for (std::size_t i = 0; i < shown; ++i)
+            out << "  warning: " << list[i]->text << '\n';
+        if (shown < list.size()) {
+            out << "  warning: and " << list.size() - shown
+                << " more of this sort (--list names them all)\n";
+        }
+    }
+}
+
+void WriteModels(const CheckReport& report, PairListing listing, std::ostream& out) {
     for (const ReportedModel& model : report.models) {
         out << model.file << ShortHash(model.contentHash) << ", " << model.schema << ": "
-            << model.products << " products, " << model.checked << " checked, " << model.triangles
-            << " triangles\n";
+            << CountText(model.products, "product") << ", " << model.checked << " checked, "
+            << CountText(model.triangles, "triangle") << '\n';
         for (const auto& [reason, count] : model.skipped) {
             out << "  not checked: " << count << "  " << reason << '\n';
         }
-        for (const std::string& warning : model.warnings)
-            out << "  warning: " << warning << '\n';
+        WriteWarnings(model.warnings, listing, out);
     }
+    for (const std::string& warning : report.warnings)
+        out << "warning: " << warning << '\n';
     for (const auto& [kind, count] : report.unmapped) {
         out << "no mapping rule for " << count << " x " << kind << '\n';
     }
@@ -116,8 +143,9 @@ void WriteModels(const CheckReport& report, std::ostream& out) {
 
 void WriteFloor(const ReportedFloor& floor, const CheckReport& report, PairListing listing,
                 std::ostream& out) {
-    out << "\nfloor " << floor.name << ": " << floor.components << " components, "
-        << floor.candidatePairs << " candidate pairs, " << floor.clashes.size() << " clashes\n";
+    out << "\nfloor " << floor.name << ": " << CountText(floor.components, "component") << ", "
+        << CountText(floor.candidatePairs, "candidate pair") << ", "
+        << CountText(floor.clashes.size(), "clash", "clashes") << '\n';
     for (const ReportedKindPair& pair : floor.kindPairs)
         out << "  " << pair.count << "  " << pair.main << " x " << pair.second << '\n';
     std::size_t number = 0;
@@ -137,7 +165,7 @@ void WriteFloor(const ReportedFloor& floor, const CheckReport& report, PairListi
 
 void WriteText(const CheckReport& report, PairListing listing, std::ostream& out) {
     WriteUse(report, listing, out);
-    WriteModels(report, out);
+    WriteModels(report, listing, out);
     std::size_t components = 0;
     std::size_t candidates = 0;
     std::size_t clashes = 0;
@@ -148,8 +176,9 @@ void WriteText(const CheckReport& report, PairListing listing, std::ostream& out
         clashes += floor.clashes.size();
     }
     const ReportedCost& cost = report.cost;
-    out << "\ntotal: " << report.floors.size() << " floors, " << components << " components, "
-        << candidates << " candidate pairs, " << clashes << " clashes\n"
+    out << "\ntotal: " << CountText(report.floors.size(), "floor") << ", "
+        << CountText(components, "component") << ", " << CountText(candidates, "candidate pair")
+        << ", " << CountText(clashes, "clash", "clashes") << '\n'
         << "read " << FixedText(cost.readSeconds, 2) << " s, build "
         << FixedText(cost.buildSeconds, 2) << " s, check " << FixedText(cost.checkSeconds, 2)
         << " s, results " << FixedText(cost.resultSeconds, 2) << " s, peak memory "
@@ -216,10 +245,13 @@ Json ToJson(const std::optional<ReportedHistory>& history) {
 }
 
 Json ToJson(const ReportedModel& model) {
+    Json warnings = Json::array();
+    for (const ReportedWarning& warning : model.warnings)
+        warnings.push_back(warning.text);
     return {{"file", model.file},          {"schema", model.schema},
             {"sha256", model.contentHash}, {"products", model.products},
             {"checked", model.checked},    {"triangles", model.triangles},
-            {"skipped", model.skipped},    {"warnings", model.warnings}};
+            {"skipped", model.skipped},    {"warnings", std::move(warnings)}};
 }
 
 void WriteJson(const CheckReport& report, std::ostream& out) {
@@ -236,6 +268,7 @@ void WriteJson(const CheckReport& report, std::ostream& out) {
                            {"previous", ToJson(report.history)},
                            {"written", report.writtenFiles},
                            {"models", std::move(models)},
+                           {"warnings", report.warnings},
                            {"localOrigin", report.localOrigin},
                            {"unmapped", report.unmapped},
                            {"floors", std::move(floors)},

@@ -35,7 +35,7 @@ struct ReportedClash {
     ReportedComponent second;
     std::array<double, 3> point{};  ///< world coordinates of the files (mm)
     std::string bodyOffsets;        ///< with which the two bodies were tested (mm), as "-2,200"
-    std::string axisPosition;       ///< as "3(+1250mm) / B(-400mm)"; empty without a grid
+    std::string axisPosition;       ///< as "3(+1250mm) / B(-400mm)"; empty away from any grid
     ClashStatus status = ClashStatus::New;
 };
 
@@ -55,6 +55,12 @@ struct ReportedFloor {
     std::vector<ReportedClash> clashes;
 };
 
+/// Something odd that did not stop the run.
+struct ReportedWarning {
+    std::string sort;  ///< the same for all warnings that say the same about different elements
+    std::string text;  ///< names the element that it is about, if any
+};
+
 /// One input file.
 struct ReportedModel {
     std::string file;
@@ -65,7 +71,7 @@ struct ReportedModel {
     std::size_t triangles = 0;
     /// Why products take no part, with the number of products: adds up with `checked`.
     std::map<std::string, std::size_t> skipped;
-    std::vector<std::string> warnings;
+    std::vector<ReportedWarning> warnings;
 };
 
 /// A kind of the models that was not checked, with its components.
@@ -110,6 +116,7 @@ struct CheckReport {
     std::optional<ReportedHistory> history;
     std::vector<std::string> writtenFiles;
     std::vector<ReportedModel> models;
+    std::vector<std::string> warnings;            ///< that concern all models
     std::array<double, 3> localOrigin{};          ///< taken off before single precision (mm)
     std::map<std::string, std::size_t> unmapped;  ///< elements that no mapping rule matched
     std::vector<ReportedFloor> floors;

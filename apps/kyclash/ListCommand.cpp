@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kyclash/ListCommand.h"
 
+#include <cmath>
 #include <map>
 #include <ostream>
 #include <string>
@@ -11,7 +12,9 @@
 #include "ifchost/PackageCache.h"
 #include "kyclash/Interrupt.h"
 #include "kyclash/NumberText.h"
+#include "kyclash/OutputFile.h"
 #include "kyclash/Progress.h"
+#include "kyclash/ResultTables.h"
 
 namespace kyclash {
 namespace {
@@ -21,6 +24,11 @@ using ifchost::ToUtf8;
 using ifchost::WorksetProject;
 using Json = nlohmann::ordered_json;
 using KindCounts = std::map<std::string, std::size_t>;
+
+// Elevations come from products of placements and are rarely an exact zero.
+std::string WholeText(double millimetres) {
+    return FixedText(std::round(millimetres) + 0.0, 0);
+}
 
 KindCounts CountKinds(const IfcWorkset& workset, int projectId) {
     KindCounts counts;
@@ -36,8 +44,8 @@ void WriteProject(const IfcWorkset& workset, const WorksetProject& project, std:
     out << "project " << project.id << ": " << ifchost::PathText(project.file) << ", "
         << project.package.File().schema << ", " << project.accounts.size() << " products\n";
     for (const auto& floor : project.floors) {
-        out << "  floor " << ToUtf8(floor.name) << ": " << FixedText(floor.under, 0) << " to "
-            << FixedText(floor.top, 0) << " mm, " << floor.components << " components\n";
+        out << "  floor " << ToUtf8(floor.name) << ": " << WholeText(floor.under) << " to "
+            << WholeText(floor.top) << " mm, " << CountText(floor.components, "component") << '\n';
     }
     for (const auto& [kind, count] : CountKinds(workset, project.id))
         out << "  " << count << "  " << kind << '\n';
@@ -87,7 +95,7 @@ Json ToJson(const IfcWorkset& workset, const WorksetProject& project) {
 
 }  // namespace
 
-ExitCode RunList(const ListOptions& options, std::ostream& out) {
+ExitCode RunList(const ListOptions& options, std::ostream& out, std::ostream& errors) {
     const Interrupt interrupt;
     Progress progress(options.quiet ? ProgressMode::Off : DetectProgressMode());
     const auto workset = LoadWorkset(options.load, progress);
@@ -103,6 +111,11 @@ ExitCode RunList(const ListOptions& options, std::ostream& out) {
     }
     if (options.format == ReportFormat::Json) {
         out << projects.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+    }
+    if (!options.csv) return kExitDone;
+    if (const auto reason = ReplaceFile(*options.csv, ProductTable(*workset))) {
+        errors << "kyclash: " << *reason << '\n';
+        return kExitUnreadable;
     }
     return kExitDone;
 }

@@ -20,6 +20,12 @@ std::string FixedText(double value, int decimals) {
     return {buffer.data(), end.ptr};
 }
 
+std::string CountText(std::size_t count, std::string_view one, std::string_view several) {
+    std::string text = std::to_string(count) + " ";
+    if (count == 1) return text.append(one);
+    return several.empty() ? text.append(one) + "s" : text.append(several);
+}
+
 std::string PositionText(const std::array<double, 3>& point) {
     return FixedText(point[0], kPositionDecimals) + "," + FixedText(point[1], kPositionDecimals) +
            "," + FixedText(point[2], kPositionDecimals);

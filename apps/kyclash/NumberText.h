@@ -2,13 +2,19 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace kyclash {
 
 /// `value` with so many decimals, with a point whatever the locale; infinities and NaN as "inf" and
 /// "nan".
 std::string FixedText(double value, int decimals);
+
+/// A number of things in English: "1 floor", "2 floors", "0 clashes". Without a plural of its own
+/// the word gets an "s".
+std::string CountText(std::size_t count, std::string_view one, std::string_view several = {});
 
 /// A point as the result file keeps it: "x,y,z" with two decimals each (mm).
 std::string PositionText(const std::array<double, 3>& point);

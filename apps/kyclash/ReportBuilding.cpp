@@ -17,6 +17,9 @@ using ifchost::IfcWorkset;
 using ifchost::ToUtf8;
 using KYCOLLISION::RESULT::KyResultItem;
 
+// What the library says of a clash that no axis is near.
+constexpr const wchar_t* kNoAxisNear = L"其他位置";
+
 ReportedComponent Describe(const IfcWorkset& workset, int projectId, const std::wstring& guid,
                            const SObjAttInfo& attributes) {
     ReportedComponent reported;
@@ -40,7 +43,7 @@ ReportedClash Describe(const IfcWorkset& workset, const TrackedClash& tracked) {
     const auto [x, y, z] = item.GetClashPoint();
     clash.point = {x, y, z};
     clash.bodyOffsets = ToUtf8(item.GetClashModel());
-    clash.axisPosition = ToUtf8(item.GetAxisPos());
+    if (item.GetAxisPos() != kNoAxisNear) clash.axisPosition = ToUtf8(item.GetAxisPos());
     clash.status = tracked.status;
     return clash;
 }
@@ -55,6 +58,21 @@ std::vector<ReportedKindPair> CountKindPairs(const std::vector<ReportedClash>& c
     std::stable_sort(pairs.begin(), pairs.end(),
                      [](const auto& a, const auto& b) { return a.count > b.count; });
     return pairs;
+}
+
+// `IfcWall "north" 2O2Fr$t4X7Zf8NOew3FLOH`, with as much of it as the file gives.
+std::string ProductText(const ifchost::SceneProduct& product) {
+    std::string text = product.ifcClass;
+    if (!product.name.empty()) text += " \"" + product.name + "\"";
+    text += " ";
+    return text + (product.guid.empty() ? "#" + std::to_string(product.expressId) : product.guid);
+}
+
+ReportedWarning Describe(const ifchost::ScenePackage& package,
+                         const ifchost::SceneWarning& warning) {
+    if (warning.product == ifchost::kNoIndex) return {warning.code, warning.text};
+    const auto& product = package.Products()[static_cast<std::size_t>(warning.product)];
+    return {warning.code, ProductText(product) + ": " + warning.text};
 }
 
 ReportedModel ReportModel(const IfcWorkset& workset, const ifchost::WorksetProject& project) {
@@ -75,12 +93,29 @@ ReportedModel ReportModel(const IfcWorkset& workset, const ifchost::WorksetProje
         reported.triangles += project.package.Geometry(instance.geometry).TriangleCount();
     }
     for (const auto& warning : project.package.Warnings()) {
-        reported.warnings.push_back(warning.text);
+        reported.warnings.push_back(Describe(project.package, warning));
     }
     for (const auto& warning : workset.Warnings()) {
-        if (warning.projectId == project.id) reported.warnings.push_back(warning.text);
+        if (warning.projectId == project.id) {
+            reported.warnings.push_back({warning.text, warning.text});
+        }
     }
     return reported;
+}
+
+std::string BodyDefectSort(ifchost::BodyDefect defect) {
+    return "body " + std::to_string(static_cast<int>(defect));
+}
+
+// Every component of a file that was given twice clashes with itself.
+void WarnAboutEqualFiles(CheckReport& report) {
+    std::map<std::string, std::string> fileOf;
+    for (const ReportedModel& model : report.models) {
+        if (model.contentHash.empty()) continue;
+        const auto [first, isNew] = fileOf.try_emplace(model.contentHash, model.file);
+        if (isNew) continue;
+        report.warnings.push_back(model.file + " has the same content as " + first->second);
+    }
 }
 
 bool WasFound(const TrackedClash& clash) {
@@ -99,8 +134,13 @@ void ReportModels(const CheckRun& run, CheckReport& report) {
     for (const auto& note : run.Source().BodyNotes()) {
         const auto& component = workset.Components()[note.component];
         report.models[static_cast<std::size_t>(component.projectId) - 1].warnings.push_back(
-            workset.GlobalId(component) + ": " + note.text);
+            {BodyDefectSort(note.defect),
+             ProductText(workset.Product(component)) + ": " + note.text});
     }
+    for (const auto& warning : workset.Warnings()) {
+        if (warning.projectId == 0) report.warnings.push_back(warning.text);
+    }
+    WarnAboutEqualFiles(report);
 }
 
 void ReportFloors(const IfcWorkset& workset, const std::vector<CheckRun::FloorSize>& sizes,

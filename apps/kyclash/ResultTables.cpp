@@ -29,6 +29,11 @@ const Row kOpeningHeader = {
     "kind",         "name",         "system",      "globalId",       "ifcClass",  "file",
     "hostGlobalId", "hostIfcClass", "hostName",    "project",        "object",    "host"};
 
+const Row kProductHeader = {"file",           "floor", "ifcClass",  "typeClass",  "globalId",
+                            "predefinedType", "name",  "typeName",  "objectType", "materials",
+                            "systems",        "fate",  "specialty", "category",   "kind",
+                            "mappingRule",    "note",  "project",   "object"};
+
 // What the files say about a component; all empty when they do not have it.
 struct Origin {
     std::string globalId;
@@ -72,6 +77,52 @@ Row ClashRow(const TrackedClash& clash, const IfcWorkset& workset) {
     return row;
 }
 
+std::string Joined(const std::vector<std::string>& texts) {
+    std::string all;
+    for (const std::string& text : texts)
+        all += (all.empty() ? "" : "; ") + text;
+    return all;
+}
+
+std::string SystemNames(const ifchost::ScenePackage& package,
+                        const ifchost::SceneProduct& product) {
+    std::vector<std::string> names;
+    for (const std::uint32_t system : product.systems)
+        names.push_back(package.Systems()[system].name);
+    return Joined(names);
+}
+
+Row ProductRow(const IfcWorkset& workset, const ifchost::WorksetProject& project,
+               std::size_t index) {
+    const auto& product = project.package.Products()[index];
+    const auto& account = project.accounts[index];
+    const auto* component =
+        account.component == ifchost::kNoIndex
+            ? nullptr
+            : &workset.Components()[static_cast<std::size_t>(account.component)];
+    Row row = {ifchost::PathText(project.file.filename()),
+               component == nullptr ? "" : ToUtf8(workset.Floor(*component).name),
+               product.ifcClass,
+               product.typeClass,
+               product.guid,
+               product.predefinedType,
+               product.name,
+               product.typeName,
+               product.objectType,
+               Joined(product.materials),
+               SystemNames(project.package, product),
+               std::string(ifchost::FateName(account.fate))};
+    if (component == nullptr) {
+        Append(row, {"", "", ""});
+    } else {
+        Append(row, {ToUtf8(component->category.specialty), ToUtf8(component->category.dalei),
+                     ToUtf8(component->category.xiaolei)});
+    }
+    Append(row, {std::string(workset.RuleName(account)), account.note, std::to_string(project.id),
+                 component == nullptr ? "" : ToUtf8(component->guid)});
+    return row;
+}
+
 Row OpeningRow(const CExistingHole& opening, const IfcWorkset& workset) {
     const Origin origin = OriginOf(workset, opening.projId, opening.objGuid);
     const Origin host = OriginOf(workset, opening.projId, opening.parentId);
@@ -105,6 +156,15 @@ std::string OpeningTable(const std::vector<Opening>& openings, const IfcWorkset&
     CsvText table(kOpeningHeader);
     for (const Opening& opening : openings)
         table.AddRow(OpeningRow(*opening, workset));
+    return table.Text();
+}
+
+std::string ProductTable(const IfcWorkset& workset) {
+    CsvText table(kProductHeader);
+    for (const auto& project : workset.Projects()) {
+        for (std::size_t i = 0; i < project.accounts.size(); ++i)
+            table.AddRow(ProductRow(workset, project, i));
+    }
     return table.Text();
 }
 

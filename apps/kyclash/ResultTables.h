@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Clashes and openings as tables for spreadsheets.
+// Clashes, openings and products as tables for spreadsheets.
 #pragma once
 
 #include "KYCollisionBase/result/CExistingHole.h"
@@ -29,6 +29,10 @@ using Opening = std::shared_ptr<const KYCOLLISION::RESULT::CExistingHole>;
 /// One row per opening: every field of the record, and GlobalId, class and file of the opening and
 /// of what it is in.
 std::string OpeningTable(const std::vector<Opening>& openings, const ifchost::IfcWorkset& workset);
+
+/// One row per product of the files, checked or not: what the file says about it, its category, and
+/// which rule of the mapping decided.
+std::string ProductTable(const ifchost::IfcWorkset& workset);
 
 /// The kind of an opening in words, as "door", for the codes that the library gives.
 std::string OpeningTypeText(int type);

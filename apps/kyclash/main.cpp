@@ -109,9 +109,12 @@ void AddList(CLI::App& app, CommandLine& line) {
     auto& options = line.list;
     auto* list = app.add_subcommand("list", "Show the floors and kinds of the models");
     AddLoading(*list, options.load);
+    list->add_option("--csv", options.csv,
+                     "Write a table of all products to this file, with the category of each");
     AddJson(*list, options.format);
     list->add_flag("--quiet", options.quiet, "Show no progress");
-    list->callback([&line] { line.run = [&line] { return RunList(line.list, std::cout); }; });
+    list->callback(
+        [&line] { line.run = [&line] { return RunList(line.list, std::cout, std::cerr); }; });
 }
 
 void AddDiff(CLI::App& app, CommandLine& line) {
@@ -122,6 +125,41 @@ void AddDiff(CLI::App& app, CommandLine& line) {
     AddJson(*diff, options.format);
     diff->callback(
         [&line] { line.run = [&line] { return RunDiff(line.diff, std::cout, std::cerr); }; });
+}
+
+// The command that was recognised last: "kyclash" itself, or as far as the words went.
+const CLI::App& LastCommand(const CLI::App& app) {
+    const auto chosen = app.get_subcommands();
+    return chosen.empty() ? app : LastCommand(*chosen.back());
+}
+
+std::string CommandNames(const CLI::App& app) {
+    std::string names;
+    for (const CLI::App* command : app.get_subcommands({}))
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    return names;
+}
+
+// What is wrong with the command line.
+std::string MisuseText(const CLI::App& app, const CLI::ParseError& error) {
+    const std::string names = CommandNames(LastCommand(app));
+    if (names.empty() || dynamic_cast<const CLI::RequiredError*>(&error) == nullptr) {
+        return error.what();
+    }
+    const auto unknown = app.remaining(true);
+    const std::string what =
+        unknown.empty() ? "a command is missing" : "there is no command \"" + unknown[0] + "\"";
+    return what + "; the commands are: " + names;
+}
+
+ExitCode ReportParsing(const CLI::App& app, const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {
+        app.exit(error);  // --help and --version
+        return kyclash::kExitDone;
+    }
+    std::cerr << "kyclash: " << MisuseText(app, error)
+              << "\nRun with --help for more information.\n";
+    return kyclash::kExitWrongUse;
 }
 
 }  // namespace
@@ -139,7 +177,7 @@ int main(int argc, char** argv) try {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kyclash::kExitDone : kyclash::kExitWrongUse;
+        return ReportParsing(app, error);
     }
     return line.run();
 } catch (const std::exception& error) {

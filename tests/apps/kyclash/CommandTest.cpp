@@ -48,6 +48,33 @@ TEST(Command, SaysHowItIsUsed) {
     EXPECT_EQ(RunCommand({"check", "a.ifc", "--unknown"}).exitCode, 2);
 }
 
+TEST(Command, NamesTheCommandsWhenThereIsNoneOfThatName) {
+    EXPECT_THAT(RunCommand({"chekc", "a.ifc"}).errors,
+                HasSubstr("kyclash: there is no command \"chekc\"; the commands are: check, rules, "
+                          "openings, list, diff\n"));
+    EXPECT_THAT(RunCommand({"rules", "print", "a.xml"}).errors,
+                HasSubstr("kyclash: there is no command \"print\"; the commands are: init, show, "
+                          "validate\n"));
+    EXPECT_THAT(RunCommand({"rules"}).errors, HasSubstr("kyclash: a command is missing; "));
+    EXPECT_THAT(RunCommand({"check"}).errors, HasSubstr("kyclash: MODEL is required\n"));
+}
+
+TEST(Command, NamesAFolderThatIsGivenAsAModel) {
+    const TemporaryFolder folder;
+    const auto outcome = RunCommand({"check", folder.Path().string()});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr(folder.Path().string() + ": is a folder"));
+}
+
+TEST(Command, FindsOutBeforeTheRunWhereItCannotWrite) {
+    const TemporaryFolder folder;
+    const auto file = folder.Write("file", "text");
+    const auto outcome = RunCommand({"check", "no-such-model.ifc", "--out", file.string()});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr(file.string() + ": is no folder"));
+    EXPECT_THAT(outcome.errors, Not(HasSubstr("no-such-model.ifc")));
+}
+
 TEST(Command, NamesAModelThatIsNotThere) {
     for (const char* command : {"check", "list", "openings"}) {
         const auto outcome = RunCommand({command, "no-such-model.ifc"});
@@ -137,11 +164,38 @@ TEST_F(CheckCommand, SaysWhatItUsedAndCountsKindPairs) {
     ASSERT_EQ(outcome.exitCode, 0) << outcome.errors;
     EXPECT_THAT(outcome.out, HasSubstr("kyclash " KYCLASH_VERSION));
     EXPECT_THAT(outcome.out, HasSubstr("default.xml (sha256 "));
-    EXPECT_THAT(outcome.out, HasSubstr("modes: clearance for 33 kinds, tolerance 5 mm for 144"));
+    EXPECT_THAT(outcome.out, HasSubstr("modes: clearance for 33 kinds, tolerance 5 mm for 148"));
     EXPECT_THAT(outcome.out, HasSubstr("building.ifc (sha256 "));
     EXPECT_THAT(outcome.out, HasSubstr("  1  土建/梁/框架梁 x 暖通/风管/回风管\n"));
     EXPECT_THAT(outcome.out, HasSubstr("axes 3(+0mm) / C(+2200mm)"));
     EXPECT_THAT(outcome.out, HasSubstr("rules matched no component: "));
+}
+
+TEST_F(CheckCommand, SaysWhenAFileIsGivenTwice) {
+    const std::string twin = folder_.Write("twin.ifc", ReadAll(SourcePath("samples/building.ifc")));
+    const Json report = CheckJson({twin, "--rules", "built-in"});
+    ASSERT_EQ(report["warnings"].size(), 1U);
+    EXPECT_THAT(report["warnings"][0].get<std::string>(),
+                HasSubstr("twin.ifc has the same content as "));
+    EXPECT_THAT(report["models"][1]["warnings"].dump(),
+                HasSubstr("have the GlobalId of a component of an earlier file"));
+}
+
+TEST_F(CheckCommand, FindsTheTwinsOfComponentsThatAreThereTwice) {
+    const std::string twin = folder_.Write("twin.ifc", ReadAll(SourcePath("samples/building.ifc")));
+    const auto rules = folder_.Write("columns.xml", R"(<CollisionRule><Specialty name="土建">
+        <RuleItem gjtype="土建/柱/砼柱" isvalid="true"><Mode type="2">5</Mode></RuleItem>
+        </Specialty></CollisionRule>)");
+    const Json report = CheckJson({twin, "--rules", rules.string()});
+    int clashes = 0;
+    for (const Json& floor : report["floors"]) {
+        for (const Json& clash : floor["clashes"]) {
+            EXPECT_EQ(clash["main"]["guid"], clash["second"]["guid"]);
+            EXPECT_NE(clash["main"]["file"], clash["second"]["file"]);
+            ++clashes;
+        }
+    }
+    EXPECT_EQ(clashes, 40) << "one for each of the forty columns";
 }
 
 TEST_F(CheckCommand, ReportsKindsWithoutARule) {

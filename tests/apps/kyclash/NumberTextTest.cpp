@@ -21,6 +21,13 @@ TEST(NumberText, RoundsToTheDecimals) {
     EXPECT_EQ(FixedText(2.0, 2), "2.00");
 }
 
+TEST(NumberText, CountsInEnglish) {
+    EXPECT_EQ(CountText(0, "floor"), "0 floors");
+    EXPECT_EQ(CountText(1, "floor"), "1 floor");
+    EXPECT_EQ(CountText(1, "clash", "clashes"), "1 clash");
+    EXPECT_EQ(CountText(12, "clash", "clashes"), "12 clashes");
+}
+
 TEST(NumberText, TakesTheLargestNumbers) {
     const std::string text = FixedText(std::numeric_limits<double>::max(), 2);
     EXPECT_EQ(text.size(), 312U);
