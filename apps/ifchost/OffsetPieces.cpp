@@ -128,8 +128,8 @@ OffsetPieces::OffsetPieces(const SolidSurface& surface, double distance)
     : surface_(surface), distance_(distance) {
     const auto triangles = static_cast<std::uint32_t>(surface.Mesh().triangles.size());
     plainEnd_.assign(triangles * std::size_t{3}, false);
-    for (std::uint32_t t = 0; t < triangles; ++t)
-        AddPrism(t);
+    for (const HalfEdgeRing& outline : ConvexPatches(surface))
+        AddPrism(outline);
     AddCorners();
     for (std::uint32_t h = 0; h < triangles * 3; ++h) {
         const bool once = h < surface.Opposite(h);
@@ -143,15 +143,16 @@ HalfSpace OffsetPieces::Moved(std::uint32_t triangle) const {
     return plane;
 }
 
-void OffsetPieces::AddPrism(std::uint32_t triangle) {
+void OffsetPieces::AddPrism(const HalfEdgeRing& outline) {
     const BodyMesh& mesh = surface_.Mesh();
+    const std::uint32_t triangle = outline.front() / 3;
     const HalfSpace base = surface_.PlaneOfTriangle(triangle);
     std::vector<PiecePlane> planes;
     planes.push_back({Moved(triangle), PiecePlane::Role::Surface});
     planes.push_back({{-base.normal, -base.height}, PiecePlane::Role::Joint});
     SurfacePolygon top{{{}, base.normal}, static_cast<std::uint32_t>(Count())};
     std::vector<Vec3> points;
-    for (std::uint32_t h = triangle * 3; h < triangle * 3 + 3; ++h) {
+    for (const std::uint32_t h : outline) {
         const Vec3& p = mesh.positions[EdgeStart(mesh, h)];
         const Vec3 away = AwayFromFace(surface_, h);
         planes.push_back({{away, Dot(away, p)}, PiecePlane::Role::Joint});

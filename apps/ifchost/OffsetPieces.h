@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "BoxTree.h"
+#include "ConvexPatches.h"
 #include "SolidSurface.h"
 
 namespace ifchost {
@@ -63,12 +64,12 @@ bool IsBevelled(const SolidSurface& surface, std::uint32_t halfEdge);
 /// The plane that cuts the mitre of an edge off, square to its middle direction.
 HalfSpace Bevel(const SolidSurface& surface, std::uint32_t halfEdge, double distance);
 
-/// For each triangle the prism over it, for each convex edge the wedge between the two prisms, and
-/// for each corner the cap between the wedges: all points whose nearest point of the body is
-/// there and which no moved plane of the faces at that place cuts off. Their union with the body
-/// is the body grown with mitred edges. For bodies with axis-parallel faces it is exactly the set
-/// of points at Chebyshev distance up to the offset; for convex ones it is the intersection of the
-/// moved half-spaces; it always holds every point at Euclidean distance up to the offset.
+/// For each convex part of a face the prism over it, for each convex edge the wedge between the two
+/// prisms, and for each corner the cap between the wedges: all points whose nearest point of the
+/// body is there and which no moved plane of the faces at that place cuts off. Their union with the
+/// body is the body grown with mitred edges. For bodies with axis-parallel faces it is exactly the
+/// set of points at Chebyshev distance up to the offset; for convex ones it is the intersection of
+/// the moved half-spaces; it always holds every point at Euclidean distance up to the offset.
 class OffsetPieces {
   public:
     /// `distance` is above 0. The surface faces away from the side that grows.
@@ -85,7 +86,7 @@ class OffsetPieces {
   private:
     struct Corner;
 
-    void AddPrism(std::uint32_t triangle);
+    void AddPrism(const HalfEdgeRing& outline);
     void AddWedge(std::uint32_t halfEdge);
     void AddCorners();
     Corner GoAround(std::uint32_t halfEdge, std::vector<bool>& seen) const;

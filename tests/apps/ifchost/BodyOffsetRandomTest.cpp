@@ -2,7 +2,10 @@
 // Offset bodies against sets that are computed without any mesh.
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <map>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -225,6 +228,169 @@ TEST(BodyOffsetRandom, ConvexBodiesMatchTheMovedHalfSpaces) {
     }
     EXPECT_GT(inside, 5000);
     EXPECT_GT(outside, 5000);
+}
+
+/// A body that every ray from the origin leaves once: the corners of `directions`, each at a random
+/// distance.
+BodyMesh StarBody(const BodyMesh& directions, double nearest, double farthest,
+                  std::mt19937& random) {
+    std::uniform_real_distribution<double> distance(nearest, farthest);
+    BodyMesh body = directions;
+    for (Vec3& p : body.positions)
+        p = Normalized(p) * distance(random);
+    return body;
+}
+
+/// An octahedron with each triangle split into four, twice: 128 triangles between 66 corners.
+BodyMesh RoundDirections() {
+    BodyMesh mesh;
+    mesh.positions = {{1, 0, 0}, {-1, 0, 0}, {0, 1, 0}, {0, -1, 0}, {0, 0, 1}, {0, 0, -1}};
+    mesh.triangles = {{0, 2, 4}, {2, 1, 4}, {1, 3, 4}, {3, 0, 4},
+                      {2, 0, 5}, {1, 2, 5}, {3, 1, 5}, {0, 3, 5}};
+    for (int round = 0; round < 2; ++round) {
+        BodyMesh finer;
+        finer.positions = mesh.positions;
+        std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> middles;
+        const auto middle = [&](std::uint32_t a, std::uint32_t b) {
+            const auto [at, isNew] = middles.try_emplace(
+                std::minmax(a, b), static_cast<std::uint32_t>(finer.positions.size()));
+            if (isNew) {
+                finer.positions.push_back(Normalized(mesh.positions[a] + mesh.positions[b]));
+            }
+            return at->second;
+        };
+        for (const auto& [a, b, c] : mesh.triangles) {
+            const std::uint32_t ab = middle(a, b);
+            const std::uint32_t bc = middle(b, c);
+            const std::uint32_t ca = middle(c, a);
+            for (const BodyTriangle& part :
+                 {BodyTriangle{a, ab, ca}, {ab, b, bc}, {ca, bc, c}, {ab, bc, ca}})
+                finer.triangles.push_back(part);
+        }
+        mesh = finer;
+    }
+    return mesh;
+}
+
+/// An upright prism over a star-shaped polygon, its ends fans around their middles.
+BodyMesh StarPrism(std::mt19937& random) {
+    constexpr int kCorners = 14;
+    std::uniform_real_distribution<double> distance(15.0, 140.0);
+    const auto ring = shapes::RegularRing(kCorners, 1.0);
+    std::vector<Vec3> low;
+    for (const auto& [x, y] : ring) {
+        const double r = distance(random);
+        low.push_back({x * r, y * r, -60.0});
+    }
+    const Vec3 up{0, 0, 120};
+    BodyMesh mesh;
+    for (std::size_t i = 0; i < low.size(); ++i) {
+        const Vec3& a = low[i];
+        const Vec3& b = low[(i + 1) % low.size()];
+        shapes::AddQuad(mesh, a, b, b + up, a + up);
+        shapes::AddTriangle(mesh, Vec3{0, 0, 60}, a + up, b + up);
+        shapes::AddTriangle(mesh, Vec3{0, 0, -60}, b, a);
+    }
+    return mesh;
+}
+
+/// Distance of `p` from a triangle (Ericson, Real-Time Collision Detection, section 5.1.5).
+double DistanceFrom(const Vec3& p, const Vec3& a, const Vec3& b, const Vec3& c) {
+    const Vec3 ab = b - a;
+    const Vec3 ac = c - a;
+    const double d1 = Dot(ab, p - a);
+    const double d2 = Dot(ac, p - a);
+    if (d1 <= 0.0 && d2 <= 0.0) return Length(p - a);
+    const double d3 = Dot(ab, p - b);
+    const double d4 = Dot(ac, p - b);
+    if (d3 >= 0.0 && d4 <= d3) return Length(p - b);
+    const double vc = d1 * d4 - d3 * d2;
+    if (vc <= 0.0 && d1 >= 0.0 && d3 <= 0.0) return Length(p - (a + ab * (d1 / (d1 - d3))));
+    const double d5 = Dot(ab, p - c);
+    const double d6 = Dot(ac, p - c);
+    if (d6 >= 0.0 && d5 <= d6) return Length(p - c);
+    const double vb = d5 * d2 - d1 * d6;
+    if (vb <= 0.0 && d2 >= 0.0 && d6 <= 0.0) return Length(p - (a + ac * (d2 / (d2 - d6))));
+    const double va = d3 * d6 - d5 * d4;
+    if (va <= 0.0 && d4 >= d3 && d5 >= d6) {
+        return Length(p - (b + (c - b) * ((d4 - d3) / ((d4 - d3) + (d5 - d6)))));
+    }
+    const double sum = va + vb + vc;
+    return Length(p - (a + ab * (vb / sum) + ac * (vc / sum)));
+}
+
+double DistanceFrom(const Vec3& p, const BodyMesh& body) {
+    double least = 1e9;
+    for (std::size_t t = 0; t < body.triangles.size(); ++t)
+        least = std::min(least,
+                         DistanceFrom(p, body.Corner(t, 0), body.Corner(t, 1), body.Corner(t, 2)));
+    return least;
+}
+
+/// What an offset body has to hold and may not hold, by the Euclidean distance from the surface.
+void CompareWithDistance(const BodyMesh& body, double offset, std::mt19937& random, Tally& tally) {
+    // Least squares may leave corners this far off their planes.
+    const double slack = 0.1 + 1e-3 * std::abs(offset);
+    // A mitre is cut off at four offsets along three axes.
+    const double longest = 4.0 * std::sqrt(3.0) * std::abs(offset) + slack;
+    const double certain = std::abs(offset) - slack;
+    const OffsetResult result = OffsetBody(body, offset);
+    ASSERT_EQ(result.repair.openShells, 0U);
+    ASSERT_EQ(result.simplifiedSolids, 0U);
+    tally.rebuilt += static_cast<int>(result.rebuiltSolids);
+    tally.moved += static_cast<int>(result.movedSolids);
+    const InsideQuery before(body);
+    const InsideQuery after(result.mesh);
+    std::uniform_real_distribution<double> coordinate(-140.0, 140.0);
+    for (int n = 0; n < 300; ++n) {
+        const Vec3 p{coordinate(random), coordinate(random), coordinate(random)};
+        const double away = DistanceFrom(p, body) * (before.Contains(p) ? -1.0 : 1.0);
+        const bool mustHold = offset > 0.0 ? away < certain : away < -longest;
+        const bool mayHold = offset > 0.0 ? away < longest : away < -certain;
+        if (mustHold) ++tally.inside;
+        if (!mayHold) ++tally.outside;
+        const bool holds = after.Contains(p);
+        ASSERT_TRUE((holds || !mustHold) && (!holds || mayHold))
+            << "offset " << offset << ", " << away << " mm away, at " << p.x << ' ' << p.y << ' '
+            << p.z;
+    }
+    for (const Vec3& p : result.mesh.positions) {
+        const double away = DistanceFrom(p, body);
+        ASSERT_LE(away, longest) << "offset " << offset;
+        ASSERT_GE(away, offset < 0.0 ? certain : 0.0) << "offset " << offset;
+    }
+}
+
+TEST(BodyOffsetRandom, StarBodiesKeepTheirDistance) {
+    std::mt19937 random(4711);
+    const BodyMesh directions = RoundDirections();
+    Tally tally;
+    for (int round = 0; round < 12; ++round) {
+        const BodyMesh body = StarBody(directions, 90.0, 110.0 + 2.0 * round, random);
+        for (const double offset : {2.0, 8.0, 25.0, -2.0, -8.0}) {
+            CompareWithDistance(body, offset, random, tally);
+            if (HasFatalFailure()) FAIL() << "round " << round;
+        }
+    }
+    EXPECT_GT(tally.inside, 2000);
+    EXPECT_GT(tally.outside, 2000);
+    EXPECT_GT(tally.rebuilt, 20);
+}
+
+TEST(BodyOffsetRandom, StarPrismsKeepTheirDistance) {
+    std::mt19937 random(815);
+    Tally tally;
+    for (int round = 0; round < 20; ++round) {
+        const BodyMesh body = StarPrism(random);
+        for (const double offset : {2.0, 8.0, 25.0, -2.0, -8.0}) {
+            CompareWithDistance(body, offset, random, tally);
+            if (HasFatalFailure()) FAIL() << "round " << round;
+        }
+    }
+    EXPECT_GT(tally.inside, 1000);
+    EXPECT_GT(tally.outside, 2000);
+    EXPECT_GT(tally.rebuilt, 5);
+    EXPECT_GT(tally.moved, 5);
 }
 
 }  // namespace
