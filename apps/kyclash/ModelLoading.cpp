@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "ifchost/Classification.h"
+#include "ifchost/PackageCache.h"
 #include "ifchost/SceneConverter.h"
 #include "kyclash/Interrupt.h"
 
@@ -34,16 +35,27 @@ std::string_view PhaseName(ConvertPhase phase) {
                : "read";
 }
 
+// Phases of one step have nothing to count.
+void ShowStep(const ifchost::ConvertProgress& step, const std::filesystem::path& file,
+              Progress& progress) {
+    if (step.phase == ConvertPhase::Done || step.phase == ConvertPhase::Failed) return;
+    const std::string name = ifchost::PathText(file.filename());
+    if (step.total > 1) {
+        progress.Show(PhaseName(step.phase), name, step.done, step.total);
+    } else {
+        progress.Show(PhaseName(step.phase), name);
+    }
+}
+
 std::vector<ifchost::ConvertResult> Convert(const LoadOptions& options, Progress& progress) {
     ifchost::ConvertOptions convertOptions;
     convertOptions.circleSegments = options.circleSegments;
     convertOptions.cacheDir = options.cacheDir;
     ifchost::SceneConverter converter(convertOptions);
-    return converter.Convert(
-        options.models, &Interrupt::Requested(), [&](const ifchost::ConvertProgress& step) {
-            progress.Show(PhaseName(step.phase), options.models[step.input].filename().string(),
-                          step.done, step.total);
-        });
+    return converter.Convert(options.models, &Interrupt::Requested(),
+                             [&](const ifchost::ConvertProgress& step) {
+                                 ShowStep(step, options.models[step.input], progress);
+                             });
 }
 
 // Opens every package; nothing when one of them fails, after all failures were reported.
