@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "ExposedSurface.h"
 
+#include <algorithm>
 #include <limits>
 #include <utility>
+#include <vector>
 
 #include "PolygonMesh.h"
 
@@ -53,8 +55,7 @@ class Exposer {
         BodyBox box;
         for (const Vec3& p : polygon.shape.corners)
             box.Add(p);
-        tree_.VisitMeeting(box, [&](std::uint32_t piece) {
-            if (piece == polygon.piece) return true;
+        for (const std::uint32_t piece : LargestFirst(box, polygon.piece)) {
             std::vector<ConvexPolygon> left;
             for (ConvexPolygon& part : parts) {
                 const bool wins = polygon.piece < piece;
@@ -63,11 +64,34 @@ class Exposer {
                 }
             }
             parts = std::move(left);
-            return !parts.empty();
-        });
+            if (parts.empty()) return;
+        }
         for (const ConvexPolygon& part : parts) {
             if (IsOnKeptSide(part)) writer_.Add(part.corners);
         }
+    }
+
+    /// The pieces but `own` that may cut a polygon with this box. What a large piece takes away need
+    /// not be cut at small ones any more.
+    std::vector<std::uint32_t> LargestFirst(const BodyBox& box, std::uint32_t own) const {
+        std::vector<std::pair<double, std::uint32_t>> found;
+        tree_.VisitMeeting(box, [&](std::uint32_t piece) {
+            if (piece != own) found.emplace_back(-SharedArea(box, pieces_.Boxes()[piece]), piece);
+            return true;
+        });
+        std::sort(found.begin(), found.end());
+        std::vector<std::uint32_t> order;
+        for (const auto& [area, piece] : found)
+            order.push_back(piece);
+        return order;
+    }
+
+    /// Half the surface of what two boxes have in common; flat boxes share an area, too.
+    static double SharedArea(const BodyBox& a, const BodyBox& b) {
+        const double x = std::min(a.max.x, b.max.x) - std::max(a.min.x, b.min.x);
+        const double y = std::min(a.max.y, b.max.y) - std::max(a.min.y, b.min.y);
+        const double z = std::min(a.max.z, b.max.z) - std::max(a.min.z, b.min.z);
+        return x * y + y * z + z * x;
     }
 
     void KeepSimplified(const SurfacePolygon& polygon) {
