@@ -71,8 +71,8 @@ class Exposer {
         }
     }
 
-    /// The pieces but `own` that may cut a polygon with this box. What a large piece takes away need
-    /// not be cut at small ones any more.
+    /// The pieces but `own` that may cut a polygon with this box. What a large piece takes away
+    /// need not be cut at small ones any more.
     std::vector<std::uint32_t> LargestFirst(const BodyBox& box, std::uint32_t own) const {
         std::vector<std::pair<double, std::uint32_t>> found;
         tree_.VisitMeeting(box, [&](std::uint32_t piece) {
