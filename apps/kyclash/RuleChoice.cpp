@@ -20,10 +20,10 @@ namespace {
 
 using ifchost::ToUtf8;
 
-std::optional<ChosenRules> ReadRules(const std::filesystem::path& file, std::ostream& errors) {
+std::optional<ChosenRules> ReadRules(const std::filesystem::path& file, std::string& error) {
     RuleFile read = ReadRuleFile(file);
     if (!read.rules) {
-        errors << "kyclash: " << read.error << '\n';
+        error = read.error;
         return std::nullopt;
     }
     ChosenRules chosen;
@@ -76,13 +76,21 @@ void CompareWithModels(const std::vector<RuledKind>& kinds, const ifchost::IfcWo
 }  // namespace
 
 std::optional<ChosenRules> ChooseRules(const std::optional<std::filesystem::path>& file,
-                                       std::ostream& errors) {
+                                       std::string& error) {
     if (!file || *file != kBuiltinRulesName) {
-        return ReadRules(file.value_or(DefaultRulesFile()), errors);
+        return ReadRules(file.value_or(DefaultRulesFile()), error);
     }
     ChosenRules builtin;
     builtin.report.file = kBuiltinRulesName;
     return builtin;
+}
+
+std::optional<ChosenRules> ChooseRules(const std::optional<std::filesystem::path>& file,
+                                       std::ostream& errors) {
+    std::string error;
+    auto chosen = ChooseRules(file, error);
+    if (!chosen) errors << "kyclash: " << error << '\n';
+    return chosen;
 }
 
 void CompleteRules(ChosenRules& chosen, const ifchost::IfcWorkset& workset) {

@@ -24,8 +24,12 @@ struct ChosenRules {
 };
 
 /// Reads `file`, by default the rule file that ships with the command; `kBuiltinRulesName` stands
-/// for the built-in rules, which are made by CompleteRules. Nothing, after a message on `errors`,
-/// when the file cannot be used.
+/// for the built-in rules, which are made by CompleteRules. Nothing, with an `error` that names the
+/// file, when it cannot be used.
+std::optional<ChosenRules> ChooseRules(const std::optional<std::filesystem::path>& file,
+                                       std::string& error);
+
+/// The same for a command: the error goes to `errors`.
 std::optional<ChosenRules> ChooseRules(const std::optional<std::filesystem::path>& file,
                                        std::ostream& errors);
 

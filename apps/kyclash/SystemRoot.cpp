@@ -9,7 +9,6 @@
 #include <iostream>
 #include <memory>
 #include <set>
-#include <string>
 #include <system_error>
 
 #define BOOST_DLL_USE_STD_FS
@@ -67,27 +66,34 @@ fs::path DefaultRulesFile() {
     return ShippedDataFolder() / "rules" / "default.xml";
 }
 
-bool UseSystemRoot(const std::optional<fs::path>& option, std::ostream& errors) {
+bool SetSystemRoot(const std::optional<fs::path>& option, std::vector<std::string>& remarks) {
     const fs::path root = ChooseRoot(option);
     const fs::path tree = root / kTreeFile;
     const fs::path priorities = root / kPriorityFile;
     if (!IsFile(tree) && !IsFile(priorities)) {
-        errors << "kyclash: " << ifchost::PathText(root)
-               << ": is no system root, since it has neither " << kTreeFile.generic_string()
-               << " nor " << kPriorityFile.generic_string() << '\n';
+        remarks.push_back(ifchost::PathText(root) + ": is no system root, since it has neither " +
+                          kTreeFile.generic_string() + " nor " + kPriorityFile.generic_string());
         return false;
     }
     BASETOOLS::SetSysRoot(ifchost::FromUtf8(ifchost::PathText(root)));
-    ShowMessagesOnce();
     if (!HasCategories()) {
-        errors << "kyclash: warning: " << ifchost::PathText(tree)
-               << ": no categories could be read, so rules are not compared with them\n";
+        remarks.push_back("warning: " + ifchost::PathText(tree) +
+                          ": no categories could be read, so rules are not compared with them");
     }
     if (!KYCOLLISION::MODEL::AttCategory::InitTypePriorityMap()) {
-        errors << "kyclash: warning: " << ifchost::PathText(priorities)
-               << ": no complete list of priorities could be read\n";
+        remarks.push_back("warning: " + ifchost::PathText(priorities) +
+                          ": no complete list of priorities could be read");
     }
     return true;
+}
+
+bool UseSystemRoot(const std::optional<fs::path>& option, std::ostream& errors) {
+    std::vector<std::string> remarks;
+    const bool isUsable = SetSystemRoot(option, remarks);
+    for (const std::string& remark : remarks)
+        errors << "kyclash: " << remark << '\n';
+    if (isUsable) ShowMessagesOnce();
+    return isUsable;
 }
 
 }  // namespace kyclash

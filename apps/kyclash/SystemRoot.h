@@ -5,6 +5,8 @@
 #include <filesystem>
 #include <iosfwd>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kyclash {
 
@@ -16,14 +18,19 @@ std::filesystem::path ShippedDataFolder();
 std::filesystem::path DefaultRulesFile();
 
 /// Gives the library its system root: `option`, else the variable KYCOLLISION_SYSTEM_ROOT, else the
-/// one that ships with the command. From then on each message of the library is written to the
-/// standard error stream once, however often it comes.
+/// one that ships with the command.
 ///
-/// False, after a message on `errors`, when the folder holds neither the category tree nor the
-/// priority file. One of them missing or unreadable is a warning there.
+/// `remarks` gets what there is to say, in UTF-8. False, with the reason as the last of them, when
+/// the folder holds neither the category tree nor the priority file. One of them missing or
+/// unreadable is a warning.
 ///
 /// To be called before anything that asks for categories or priorities: the library reads both
 /// files once per process.
+bool SetSystemRoot(const std::optional<std::filesystem::path>& option,
+                   std::vector<std::string>& remarks);
+
+/// The same for a command: the remarks go to `errors`. From then on each message of the library is
+/// written to the standard error stream once, however often it comes.
 bool UseSystemRoot(const std::optional<std::filesystem::path>& option, std::ostream& errors);
 
 }  // namespace kyclash
