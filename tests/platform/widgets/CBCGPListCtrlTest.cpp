@@ -42,6 +42,34 @@ TEST(CBCGPListCtrl, DrawsEachCellInTheColourItIsTold) {
     EXPECT_GT(CountPixels(shown, list.visualRect(list.model()->index(1, 0)), green), 10);
 }
 
+TEST(CBCGPListCtrl, KeepsALeftToRightTextInItsOrderWhereTheLayoutIsRightToLeft) {
+    CBCGPListCtrl list;
+    list.InsertColumn(0, L"a");
+    list.InsertItem(0, L"0~2900");
+    const auto prepared = [&](const QString& text, Qt::LayoutDirection direction) {
+        QStyleOptionViewItem option;
+        option.direction = direction;
+        option.text = text;
+        list.PrepareCell(option, list.model()->index(0, 0));
+        return option.text;
+    };
+    const QString hebrew = QString::fromUtf8("קיר 5");
+    EXPECT_EQ(prepared("0~2900", Qt::RightToLeft), QString::fromUtf8("\u20660~2900\u2069"));
+    EXPECT_EQ(prepared("0~2900", Qt::LeftToRight), "0~2900");
+    EXPECT_EQ(prepared(hebrew, Qt::RightToLeft), hebrew);
+    EXPECT_EQ(prepared("", Qt::RightToLeft), "");
+}
+
+TEST(CBCGPListCtrl, PreparesACellInItsColour) {
+    GreenCell list;
+    list.InsertColumn(0, L"a");
+    list.InsertItem(0, L"x");
+    list.InsertItem(1, L"x");
+    QStyleOptionViewItem option;
+    list.PrepareCell(option, list.model()->index(1, 0));
+    EXPECT_EQ(option.palette.color(QPalette::Text), QColor(0, 200, 0));
+}
+
 TEST(CBCGPListCtrl, KnowsItsRuntimeClass) {
     const CBCGPListCtrl list;
     EXPECT_STREQ(list.GetRuntimeClass()->m_lpszClassName, "CBCGPListCtrl");

@@ -17,4 +17,8 @@ class KYCB_UI_API CBCGPListCtrl : public CListCtrl {
     /// The text colour of a cell that is not selected; the default is the list's own. Rows and
     /// columns are those of the model.
     virtual COLORREF OnGetCellTextColor(int row, int column);
+
+    /// What every delegate of the list has to do with a cell before it draws it: gives it its text
+    /// colour, and keeps a left-to-right text in its order where the layout is right to left.
+    void PrepareCell(QStyleOptionViewItem& option, const QModelIndex& index);
 };
