@@ -318,6 +318,26 @@ TEST_F(KyCheckTestToolTest, ShowsNoTriErrorWithoutAContext) {
     EXPECT_THAT(messages_, IsEmpty());
 }
 
+TEST_F(KyCheckTestToolTest, DrawsNothingByAnyOperationWithoutAContext) {
+    tool_.Reset();
+    const CQNIMLineSegment segment({0, 0, 0}, {1, 0, 0});
+    const CQNIMBoundArc arc({0, 0, 0}, 5, 0, 1);
+    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
+    tool_.DrawCollisionPoint({0, 0, 0}, kRed);
+    tool_.DrawTriangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, kRed);
+    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    tool_.DrawQNIMCurve(&segment, kRed);
+    tool_.DrawQNIMCurve(&arc, kRed);
+    tool_.DrawLineSeg(segment, kRed);
+    tool_.DrawArc(arc, kRed);
+    tool_.DrawBoundingBox(CQNIMBoundingBox({0, 0, 0}, {1, 1, 1}), kRed);
+    tool_.DrawBoundingBox(KYTOOLS::GRAPH::BoundingBox3d(0, 0, 0, 1, 1, 1), kRed);
+    tool_.DrawBoundingBox(KYTOOLS::GRAPH::BoundingBox2d(0, 0, 1, 1), kRed);
+    tool_.ClearAll();
+    tool_.Reset();
+    EXPECT_THAT(scene_.Root().Children(), IsEmpty());
+}
+
 TEST_F(KyCheckTestToolTest, ClearsAllAndKeepsTheRoot) {
     tool_.DrawCollisionPoint({0, 0, 0}, kRed);
     tool_.DrawTriangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, kTeal);

@@ -255,6 +255,10 @@ TEST_F(CCustomColorListCtrlTest, ShowsNothingBesideTheLabels) {
     EXPECT_EQ(Ask(question, TTN_NEEDTEXTW), 0);
     EXPECT_EQ(result_, 0);
     EXPECT_STREQ(question.szText, L"");
+    TOOLTIPTEXTA narrow;
+    EXPECT_EQ(Ask(narrow, TTN_NEEDTEXTA), 0);
+    EXPECT_EQ(result_, 0);
+    EXPECT_STREQ(narrow.szText, "");
 }
 
 TEST_F(CCustomColorListCtrlTest, ShowsNoTooltipForTheListAsAWhole) {

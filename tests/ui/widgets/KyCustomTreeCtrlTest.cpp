@@ -1,8 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
+#include "KYCollisionBase/model/KyEntityCategoryMgr.h"
+#include "KYCollisionBase/platform/HostServices.h"
 #include "KYCollisionBase/platform/widgets/DebugOutput.h"
 #include "KYCollisionBase/ui/widgets/KyCustomTreeCtrl.h"
 
+#include <QDir>
+#include <QFile>
 #include <QScrollBar>
+#include <QTemporaryDir>
 #include <QTest>
 #include <map>
 #include <string>
@@ -197,6 +202,51 @@ TEST_F(KyCustomTreeCtrlTest, ScrollsToTheTop) {
         EXPECT_EQ(tree_.verticalScrollBar()->value(), 0);
         Open({s1_, d3_});
     }
+}
+
+TEST_F(KyCustomTreeCtrlTest, ScrollsToTheTopAlsoWhenThereIsNothingToClose) {
+    for (int i = 0; i < 100; ++i)
+        tree_.InsertItem(L"row", nullptr);
+    tree_.resize(200, 150);
+    tree_.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tree_));
+    tree_.scrollToBottom();
+    ASSERT_GT(tree_.verticalScrollBar()->value(), 0);
+    tree_.ExpandByLevel(false);
+    EXPECT_EQ(tree_.verticalScrollBar()->value(), 0);
+}
+
+TEST_F(KyCustomTreeCtrlTest, ClosesAParentOfSeveralFrontierItemsOnce) {
+    Open({s1_, d1_});
+    int collapsed = 0;
+    QObject::connect(&tree_, &QTreeWidget::itemCollapsed, &tree_, [&] { ++collapsed; });
+    tree_.ExpandByLevel(false);
+    EXPECT_FALSE(IsOpen(d1_));
+    EXPECT_EQ(collapsed, 1) << "closing a closed branch again changes nothing";
+}
+
+TEST_F(KyCustomTreeCtrlTest, IsFilledWithTheCategoryTree) {
+    const QTemporaryDir root;
+    ASSERT_TRUE(QDir(root.path()).mkpath("config/system"));
+    QFile file(root.filePath("config/system/productsort.xml"));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(
+        "<root><zhuanye name='a'><dalei name='b'><xiaolei name='c'/></dalei>"
+        "<dalei><xiaolei name='of nothing'/></dalei></zhuanye><zhuanye name='d'/></root>");
+    file.close();
+    BASETOOLS::SetSysRoot((root.path() + '/').toStdWString());
+    class Categories : public KYCOLLISION::MODEL::KyEntityCategoryMgr {};
+    const std::vector<std::wstring> specs{L"a"};
+    EXPECT_TRUE(Categories().InitTreeControl(&tree_, d3_, &specs));
+    BASETOOLS::SetSysRoot(L"");
+
+    const HTREEITEM a = tree_.GetChildItem(d3_);
+    EXPECT_EQ(tree_.GetItemText(a), L"a");
+    EXPECT_EQ(tree_.GetNextSiblingItem(a), nullptr);
+    const HTREEITEM b = tree_.GetChildItem(a);
+    EXPECT_EQ(tree_.GetNextSiblingItem(b), nullptr);
+    EXPECT_EQ(tree_.GetPathByItem(tree_.GetChildItem(b)), L"s1/d3/a/b/c");
+    EXPECT_FALSE(IsOpen(d3_)) << "nothing is opened by it";
 }
 
 TEST_F(KyCustomTreeCtrlTest, AllowsChangesByItsFlagWhateverTheItem) {
