@@ -2,8 +2,11 @@
 #include "desk/core/SceneMeshes.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
+#include <utility>
 
+#include "desk/core/FeatureEdges.h"
 #include "ifchost/IfcWorkset.h"
 
 namespace desk {
@@ -34,6 +37,7 @@ class Collector {
   public:
     explicit Collector(const IfcWorkset& workset) : workset_(workset) {
         meshes_.ofComponent.resize(workset.Components().size());
+        meshes_.edgesOfComponent.resize(workset.Components().size());
         meshes_.boundsOfComponent.resize(workset.Components().size());
     }
 
@@ -75,11 +79,31 @@ class Collector {
         const auto& component = workset_.Components()[index];
         const auto& package = workset_.Project(component.projectId)->package;
         const std::uint32_t first = IndexCount();
-        for (const auto& instance : package.Instances(workset_.Product(component)))
-            AddInstance(package.Geometry(instance.geometry), instance,
-                        meshes_.boundsOfComponent[index]);
+        const auto firstEdge = static_cast<std::uint32_t>(meshes_.edges.size());
+        for (const auto& instance : package.Instances(workset_.Product(component))) {
+            const auto geometry = package.Geometry(instance.geometry);
+            AddEdges(EdgesOf({component.projectId, instance.geometry}, geometry));
+            AddInstance(geometry, instance, meshes_.boundsOfComponent[index]);
+        }
         meshes_.ofComponent[index] = {first, IndexCount() - first};
+        meshes_.edgesOfComponent[index] = {
+            firstEdge, static_cast<std::uint32_t>(meshes_.edges.size()) - firstEdge};
         meshes_.bounds.Add(meshes_.boundsOfComponent[index]);
+    }
+
+    // Instances share a geometry, so its edges are looked for once.
+    const std::vector<std::uint32_t>& EdgesOf(const std::pair<int, std::uint32_t>& key,
+                                              const ifchost::SceneGeometry& geometry) {
+        const auto [found, isNew] = edges_.try_emplace(key);
+        if (isNew) found->second = FeatureEdges(geometry.positions, geometry.indices);
+        return found->second;
+    }
+
+    // Of the instance whose vertices come next.
+    void AddEdges(const std::vector<std::uint32_t>& edges) {
+        const auto base = static_cast<std::uint32_t>(meshes_.positions.size() / 3);
+        for (const std::uint32_t vertex : edges)
+            meshes_.edges.push_back(base + vertex);
     }
 
     void AddInstance(const ifchost::SceneGeometry& geometry, const ifchost::SceneInstance& instance,
@@ -99,6 +123,7 @@ class Collector {
     }
 
     const IfcWorkset& workset_;
+    std::map<std::pair<int, std::uint32_t>, std::vector<std::uint32_t>> edges_;
     SceneMeshes meshes_;
 };
 

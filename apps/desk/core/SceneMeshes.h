@@ -23,13 +23,14 @@ struct SceneBounds {
     void Add(const SceneBounds& other);
 };
 
-/// A run of indices in SceneMeshes::indices; three make a triangle.
+/// A run of indices in SceneMeshes::indices (three make a triangle) or SceneMeshes::edges (two make
+/// a line).
 struct IndexRange {
     std::uint32_t first = 0;
     std::uint32_t count = 0;
 };
 
-/// The triangles of all components, ready for the graphics card.
+/// The triangles of all components and the edges to draw on them, ready for the graphics card.
 ///
 /// Scene coordinates are those of the collision model: millimetres relative to the work set's
 /// origin, z up. Components of one specialty lie side by side, so that each is drawn at once.
@@ -41,7 +42,9 @@ struct SceneMeshes {
 
     std::vector<float> positions;  ///< x, y, z per vertex
     std::vector<std::uint32_t> indices;
+    std::vector<std::uint32_t> edges;
     std::vector<IndexRange> ofComponent;  ///< by index in IfcWorkset::Components()
+    std::vector<IndexRange> edgesOfComponent;
     std::vector<SceneBounds> boundsOfComponent;
     std::vector<Group> groups;  ///< by name
     SceneBounds bounds;

@@ -30,10 +30,15 @@ uniform vec4 color;
 uniform vec2 section;
 uniform vec3 forward;
 uniform float nearCut;
+uniform bool shaded;
 out vec4 fragment;
 void main() {
     if (height < section.x || height > section.y) discard;
     if (dot(fromEye, forward) < nearCut) discard;
+    if (!shaded) {
+        fragment = color;
+        return;
+    }
     vec3 normal = normalize(cross(dFdx(fromEye), dFdy(fromEye)));
     vec3 toEye = -normalize(fromEye);
     if (dot(normal, toEye) < 0.0) normal = -normal;
@@ -46,13 +51,9 @@ void main() {
 
 constexpr int kPositionAttribute = 0;
 
-// The buffers of the toolkit take sizes as int; larger ones go to the driver directly.
 template <class Value>
-void Fill(QOpenGLBuffer& buffer, GLenum target, const std::vector<Value>& values) {
-    buffer.bind();
-    QOpenGLContext::currentContext()->functions()->glBufferData(
-        target, static_cast<qopengl_GLsizeiptr>(values.size() * sizeof(Value)), values.data(),
-        GL_STATIC_DRAW);
+qopengl_GLsizeiptr SizeOf(const std::vector<Value>& values) {
+    return static_cast<qopengl_GLsizeiptr>(values.size() * sizeof(Value));
 }
 
 }  // namespace
@@ -74,9 +75,18 @@ void MeshRenderer::Upload(const SceneMeshes* meshes) {
     static const SceneMeshes kNothing;
     const SceneMeshes& shown = meshes == nullptr ? kNothing : *meshes;
     const QOpenGLVertexArrayObject::Binder bound(&layout_);
-    Fill(vertices_, GL_ARRAY_BUFFER, shown.positions);
-    Fill(indices_, GL_ELEMENT_ARRAY_BUFFER, shown.indices);
+    // The toolkit's buffers take sizes as int; these may be larger.
     auto* gl = QOpenGLContext::currentContext()->functions();
+    vertices_.bind();
+    gl->glBufferData(GL_ARRAY_BUFFER, SizeOf(shown.positions), shown.positions.data(),
+                     GL_STATIC_DRAW);
+    indices_.bind();
+    gl->glBufferData(GL_ELEMENT_ARRAY_BUFFER, SizeOf(shown.indices) + SizeOf(shown.edges), nullptr,
+                     GL_STATIC_DRAW);
+    gl->glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, 0, SizeOf(shown.indices), shown.indices.data());
+    gl->glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, SizeOf(shown.indices), SizeOf(shown.edges),
+                        shown.edges.data());
+    edgesFrom_ = shown.indices.size();
     gl->glEnableVertexAttribArray(kPositionAttribute);
     gl->glVertexAttribPointer(kPositionAttribute, 3, GL_FLOAT, GL_FALSE, 0, nullptr);
 }
@@ -96,13 +106,22 @@ void MeshRenderer::SetNearCut(float distance) {
     program_.setUniformValue("nearCut", distance);
 }
 
-void MeshRenderer::Draw(const IndexRange& range, const QVector4D& color) {
-    if (range.count == 0) return;
+void MeshRenderer::Draw(Shading shading, std::size_t firstIndex, std::uint32_t count,
+                        const QVector4D& color) {
+    if (count == 0) return;
     program_.setUniformValue("color", color);
+    program_.setUniformValue("shaded", shading == Shading::kFlat);
     QOpenGLContext::currentContext()->functions()->glDrawElements(
-        GL_TRIANGLES, static_cast<GLsizei>(range.count), GL_UNSIGNED_INT,
-        reinterpret_cast<const void*>(static_cast<std::uintptr_t>(range.first) *
-                                      sizeof(std::uint32_t)));
+        shading == Shading::kFlat ? GL_TRIANGLES : GL_LINES, static_cast<GLsizei>(count),
+        GL_UNSIGNED_INT, reinterpret_cast<const void*>(firstIndex * sizeof(std::uint32_t)));
+}
+
+void MeshRenderer::Draw(const IndexRange& range, const QVector4D& color) {
+    Draw(Shading::kFlat, range.first, range.count, color);
+}
+
+void MeshRenderer::DrawEdges(const IndexRange& range, const QVector4D& color) {
+    Draw(Shading::kNone, edgesFrom_ + range.first, range.count, color);
 }
 
 void MeshRenderer::End() {

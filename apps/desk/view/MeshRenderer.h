@@ -12,7 +12,7 @@
 
 namespace desk {
 
-/// Draws runs of triangles of a scene, flat shaded, each run in one colour.
+/// Draws runs of triangles of a scene, flat shaded, and of its edges, each run in one colour.
 ///
 /// All operations need the view's OpenGL context.
 class MeshRenderer {
@@ -29,12 +29,19 @@ class MeshRenderer {
     /// What lies nearer to the eye than this is not drawn from now on (mm); 0 at first.
     void SetNearCut(float distance);
     void Draw(const IndexRange& range, const QVector4D& color);
+    void DrawEdges(const IndexRange& range, const QVector4D& color);
     void End();
 
   private:
+    enum class Shading { kFlat, kNone };
+
+    void Draw(Shading shading, std::size_t firstIndex, std::uint32_t count, const QVector4D& color);
+
     QOpenGLShaderProgram program_;
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer};
+    // The triangles' indices, and behind them the edges'.
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};
+    std::size_t edgesFrom_ = 0;
     QOpenGLVertexArrayObject layout_;
 };
 

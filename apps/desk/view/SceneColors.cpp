@@ -25,6 +25,10 @@ QColor GhostColor(const QPalette& palette) {
     return IsDark(palette) ? QColor(0xB8, 0xC4, 0xD0) : QColor(0x7C, 0x8A, 0x99);
 }
 
+QColor EdgeColor(const QPalette& palette) {
+    return IsDark(palette) ? QColor(0xD8, 0xE0, 0xE8) : QColor(0x2A, 0x33, 0x3D);
+}
+
 QColor SpecialtyColor(const std::wstring& specialty) {
     static const std::map<std::wstring, QColor> kColors{
         {L"土建", QColor(0xD8, 0xD2, 0xC6)},   {L"钢筋", QColor(0xB3, 0x7A, 0x5A)},

@@ -10,9 +10,10 @@ namespace desk {
 /// Whether a palette is one of a dark theme.
 bool IsDark(const QPalette& palette);
 
-/// The ground of the 3-D view, and what a ghost is drawn in on it.
+/// The ground of the 3-D view, what a ghost is drawn in on it, and the edges of both.
 QColor SceneGround(const QPalette& palette);
 QColor GhostColor(const QPalette& palette);
+QColor EdgeColor(const QPalette& palette);
 
 /// A specialty's colour in the 3-D view; one of its own also for names nobody has heard of.
 QColor SpecialtyColor(const std::wstring& specialty);

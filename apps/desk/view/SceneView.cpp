@@ -28,6 +28,16 @@ constexpr float kClashSurroundings = 1500.0F;
 // So much of the ghost stays in front of the clash (mm).
 constexpr float kClashClearance = 600.0F;
 
+constexpr float kGhostAlpha = 0.28F;
+constexpr float kGhostEdgeAlpha = 0.22F;
+constexpr float kEdgeAlpha = 0.55F;
+
+// Empty for a component that is not there.
+IndexRange RangeOf(std::optional<std::size_t> component, const std::vector<IndexRange>& ranges) {
+    if (!component || *component >= ranges.size()) return {};
+    return ranges[*component];
+}
+
 QVector4D Rgba(const QColor& color, float alpha = 1.0F) {
     return {color.redF(), color.greenF(), color.blueF(), alpha};
 }
@@ -164,11 +174,6 @@ void SceneView::FitClash() {
     Redraw();
 }
 
-IndexRange SceneView::RangeOf(std::optional<std::size_t> component) const {
-    if (!component || *component >= meshes_->ofComponent.size()) return {};
-    return meshes_->ofComponent[*component];
-}
-
 void SceneView::InitializeGl() {
     needsUpload_ = true;
     if (renderer_.Initialize() && diagnostics_.Initialize()) return;
@@ -202,10 +207,29 @@ void SceneView::DrawMeshes(const QMatrix4x4& viewProjection) {
         DrawGhost();
         DrawClash();
     } else {
-        for (const auto& group : meshes_->groups)
-            renderer_.Draw(group.range, Rgba(SpecialtyColor(group.specialty)));
+        DrawBuilding();
     }
     renderer_.End();
+}
+
+// Faces step back a little, so that the edges on them are not hidden by rounding.
+void SceneView::DrawBuilding() {
+    auto* gl = QOpenGLContext::currentContext()->functions();
+    gl->glEnable(GL_POLYGON_OFFSET_FILL);
+    gl->glPolygonOffset(1.0F, 1.0F);
+    for (const auto& group : meshes_->groups)
+        renderer_.Draw(group.range, Rgba(SpecialtyColor(group.specialty)));
+    gl->glDisable(GL_POLYGON_OFFSET_FILL);
+    DrawAllEdges(kEdgeAlpha);
+}
+
+void SceneView::DrawAllEdges(float alpha) {
+    auto* gl = QOpenGLContext::currentContext()->functions();
+    const IndexRange all{0, static_cast<std::uint32_t>(meshes_->edges.size())};
+    gl->glEnable(GL_BLEND);
+    gl->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
+    renderer_.DrawEdges(all, Rgba(EdgeColor(palette()), alpha));
+    gl->glDisable(GL_BLEND);
 }
 
 // What stands between the eye and the clash is cut away. Of the rest only the nearest surface is
@@ -214,9 +238,11 @@ void SceneView::DrawMeshes(const QMatrix4x4& viewProjection) {
 void SceneView::DrawGhost() {
     auto* gl = QOpenGLContext::currentContext()->functions();
     const IndexRange all{0, static_cast<std::uint32_t>(meshes_->indices.size())};
-    const QVector4D color = Rgba(GhostColor(palette()), 0.34F);
+    const QVector4D color = Rgba(GhostColor(palette()), kGhostAlpha);
     const QVector3D toClash = clash_->point - camera_.Position();
     renderer_.SetNearCut(QVector3D::dotProduct(toClash, camera_.Forward()) - kClashClearance);
+    gl->glEnable(GL_POLYGON_OFFSET_FILL);
+    gl->glPolygonOffset(1.0F, 1.0F);
     gl->glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     renderer_.Draw(all, color);
     gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
@@ -224,6 +250,8 @@ void SceneView::DrawGhost() {
     gl->glBlendFuncSeparate(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA, GL_ONE, GL_ONE_MINUS_SRC_ALPHA);
     renderer_.Draw(all, color);
     gl->glDisable(GL_BLEND);
+    gl->glDisable(GL_POLYGON_OFFSET_FILL);
+    DrawAllEdges(kGhostEdgeAlpha);
     renderer_.SetNearCut(0.0F);
 }
 
@@ -231,13 +259,17 @@ void SceneView::DrawGhost() {
 void SceneView::DrawClash() {
     auto* gl = QOpenGLContext::currentContext()->functions();
     gl->glClear(GL_DEPTH_BUFFER_BIT);
-    renderer_.Draw(RangeOf(clash_->main), Rgba(MainColor()));
-    renderer_.Draw(RangeOf(clash_->second), Rgba(SecondColor()));
+    renderer_.Draw(RangeOf(clash_->main, meshes_->ofComponent), Rgba(MainColor()));
+    renderer_.Draw(RangeOf(clash_->second, meshes_->ofComponent), Rgba(SecondColor()));
     // What one of the two hides of the other shines through.
     gl->glDisable(GL_DEPTH_TEST);
     gl->glEnable(GL_BLEND);
-    renderer_.Draw(RangeOf(clash_->second), Rgba(SecondColor(), 0.35F));
-    renderer_.Draw(RangeOf(clash_->main), Rgba(MainColor(), 0.2F));
+    renderer_.Draw(RangeOf(clash_->second, meshes_->ofComponent), Rgba(SecondColor(), 0.35F));
+    renderer_.Draw(RangeOf(clash_->main, meshes_->ofComponent), Rgba(MainColor(), 0.2F));
+    renderer_.DrawEdges(RangeOf(clash_->second, meshes_->edgesOfComponent),
+                        Rgba(SecondColor().darker(), kEdgeAlpha));
+    renderer_.DrawEdges(RangeOf(clash_->main, meshes_->edgesOfComponent),
+                        Rgba(MainColor().darker(), kEdgeAlpha));
     gl->glDisable(GL_BLEND);
     gl->glEnable(GL_DEPTH_TEST);
 }

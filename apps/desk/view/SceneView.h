@@ -77,13 +77,14 @@ class SceneView : public QWidget {
     void PaintGl();
     void Redraw();
     void DrawMeshes(const QMatrix4x4& viewProjection);
+    void DrawAllEdges(float alpha);
+    void DrawBuilding();
     void DrawGhost();
     void DrawClash();
     void UpdateHint();
     static QString NoGraphicsText();
     float Aspect() const;
     void ReleaseGl();
-    IndexRange RangeOf(std::optional<std::size_t> component) const;
     SceneBounds ClashBounds() const;
 
     std::shared_ptr<const SceneMeshes> meshes_;
