@@ -4,86 +4,102 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QLibraryInfo>
 #include <QMessageBox>
-#include <QSurfaceFormat>
-#include <QTranslator>
+#include <QSet>
+#include <QSettings>
 
 #include "desk/view/MainWindow.h"
 #include "desk/view/Prompts.h"
-#include "desk/view/SystemRoot.h"
+#include "desk/view/Translations.h"
+#include "kyclash/SystemRoot.h"
 
 namespace {
+
+class CommandLine {
+    Q_DECLARE_TR_FUNCTIONS(CommandLine)
+};
 
 std::filesystem::path ToPath(const QString& text) {
     return std::filesystem::path(text.toStdU16String());
 }
 
-// Translations lie beside the program or in its share folder, named after the language; the
-// toolkit brings its own.
-void LoadTranslations(QApplication& application) {
-    const QLocale locale;
-    const QString programFolder = QCoreApplication::applicationDirPath();
-    for (const QString& folder :
-         {programFolder + "/translations", programFolder + "/../share/kyclash-desk/translations"}) {
-        auto* translator = new QTranslator(&application);
-        if (translator->load(locale, "kyclash-desk", "_", folder)) {
-            QCoreApplication::installTranslator(translator);
-            break;
-        }
-    }
-    auto* toolkit = new QTranslator(&application);
-    if (toolkit->load(locale, "qtbase", "_", QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(toolkit);
+// What the library wants to say, once however often it says it. It may come from the thread of a
+// run; the windows belong to this one.
+void ShowLibraryMessages() {
+    BASEUI::SetMessageBox([](const std::wstring& text, unsigned) {
+        QMetaObject::invokeMethod(qApp, [message = QString::fromStdWString(text)] {
+            static QSet<QString> shown;
+            if (shown.contains(message)) return;
+            shown.insert(message);
+            QMessageBox::warning(QApplication::activeWindow(), QString(), message);
+        });
+    });
+}
+
+// Whether the library got its categories and priorities; the user sees what is wrong with them.
+bool HasSystemRoot(const std::optional<std::filesystem::path>& folder) {
+    std::vector<std::string> remarks;
+    const bool isUsable = kyclash::SetSystemRoot(folder, remarks);
+    for (const std::string& remark : remarks)
+        QMessageBox::warning(nullptr, QString(), QString::fromStdString(remark));
+    return isUsable;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
+    QCoreApplication::setOrganizationName("kyclash");
     QCoreApplication::setApplicationName("kyclash-desk");
-    QCoreApplication::setApplicationVersion(KYCLASH_DESK_VERSION);
-    LoadTranslations(application);
+    QCoreApplication::setApplicationVersion(KYCLASH_VERSION);
+    const desk::Translations translations(QLocale(), QCoreApplication::applicationDirPath());
 
     QCommandLineParser arguments;
     arguments.setApplicationDescription(
-        QCoreApplication::translate("main", "Finds and manages clashes in building models."));
+        CommandLine::tr("Finds and manages clashes in building models."));
     arguments.addHelpOption();
     arguments.addVersionOption();
     const QCommandLineOption results(
-        "results", QCoreApplication::translate("main", "Open saved results with their models."),
+        "results", CommandLine::tr("Open saved results with their models."), "file");
+    const QCommandLineOption rules(
+        "rules", CommandLine::tr("Rule file; \"built-in\" for the rules that need no file."),
         "file");
-    const QCommandLineOption cache(
-        "cache-dir", QCoreApplication::translate("main", "Folder for converted models."), "folder");
+    const QCommandLineOption systemRoot(
+        "system-root", CommandLine::tr("Folder of the category tree and the priorities."),
+        "folder");
     const QCommandLineOption mapping(
-        "mapping", QCoreApplication::translate("main", "Mapping file for the kinds of elements."),
-        "file");
-    arguments.addOptions({results, cache, mapping});
-    arguments.addPositionalArgument(
-        "models", QCoreApplication::translate("main", "IFC models to open."), "[models...]");
+        "mapping", CommandLine::tr("Mapping file for the kinds of elements."), "file");
+    const QCommandLineOption cache("cache-dir", CommandLine::tr("Folder for converted models."),
+                                   "folder");
+    arguments.addOptions({results, rules, systemRoot, mapping, cache});
+    arguments.addPositionalArgument("models", CommandLine::tr("IFC models to open."),
+                                    "[models...]");
     arguments.process(application);
+    const auto fileOf = [&](const QCommandLineOption& option) {
+        return arguments.isSet(option) ? std::optional(ToPath(arguments.value(option)))
+                                       : std::nullopt;
+    };
 
-    desk::UseSystemRoot();
-    BASEUI::SetMessageBox([](const std::wstring& text, unsigned) {
-        // It may come from the thread of a run; the window belongs to this one.
-        QMetaObject::invokeMethod(qApp, [message = QString::fromStdWString(text)] {
-            QMessageBox::warning(QApplication::activeWindow(), QString(), message);
-        });
-    });
-
-    desk::LoadOptions options;
-    if (arguments.isSet(cache)) options.cacheDir = ToPath(arguments.value(cache));
-    if (arguments.isSet(mapping)) options.mapping = ToPath(arguments.value(mapping));
+    ShowLibraryMessages();
+    if (!HasSystemRoot(fileOf(systemRoot))) return 1;
+    desk::SessionOptions options;
+    options.loading.mapping = fileOf(mapping);
+    options.loading.cacheDir = fileOf(cache).value_or(std::filesystem::path());
+    options.rules = fileOf(rules);
     desk::MainWindow window(options, QLocale().name().section('_', 0, 0),
                             std::make_unique<desk::Prompts>());
+    QSettings settings;
+    window.RestoreLayout(settings);
     window.show();
-    if (arguments.isSet(results)) {
-        window.OpenResults(ToPath(arguments.value(results)));
+    if (const auto file = fileOf(results)) {
+        window.OpenResults(*file);
     } else {
         std::vector<std::filesystem::path> models;
-        for (const QString& file : arguments.positionalArguments())
-            models.push_back(ToPath(file));
+        for (const QString& model : arguments.positionalArguments())
+            models.push_back(ToPath(model));
         window.OpenModels(models);
     }
-    return QApplication::exec();
+    const int outcome = QApplication::exec();
+    window.KeepLayout(settings);
+    return outcome;
 }

@@ -6,9 +6,7 @@ namespace desk {
 using KYCOLLISION::RESULT::KyResultItem;
 
 std::wstring KindText(const SObjAttInfo& info) {
-    if (info.Subcategory.empty()) return info.Category;
-    if (info.Category.empty()) return info.Subcategory;
-    return info.Category + KyResultItem::s_strSeparator + info.Subcategory;
+    return info.Subcategory.empty() ? info.Category : info.Subcategory;
 }
 
 std::wstring ColumnText(const KyResultItem& item, ResultColumn column) {

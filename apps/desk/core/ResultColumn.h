@@ -25,7 +25,7 @@ inline constexpr int kResultColumnCount = 10;
 /// What a column holds for a result; for the state its number.
 std::wstring ColumnText(const KYCOLLISION::RESULT::KyResultItem& item, ResultColumn column);
 
-/// Major and minor category for display, joined by the results' separator.
+/// The minor category, which says the most; the major one where there is none.
 std::wstring KindText(const SObjAttInfo& info);
 
 }  // namespace desk

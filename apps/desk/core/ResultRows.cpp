@@ -64,6 +64,13 @@ std::size_t ResultRows::FloorRank(const std::wstring& name) const {
     return found == floorRanks_.end() ? floorRanks_.size() : found->second;
 }
 
+// Kinds are sorted as they are called on the screen.
+std::wstring ResultRows::ShownText(const Item& item, ResultColumn column) const {
+    const std::wstring text = ColumnText(item, column);
+    const bool isKind = column == ResultColumn::kMainKind || column == ResultColumn::kSecondKind;
+    return isKind && translator_ ? translator_(text) : text;
+}
+
 void ResultRows::Sort() {
     const bool descending = order_.direction == SortDirection::kDescending;
     if (order_.column) {
@@ -73,7 +80,7 @@ void ResultRows::Sort() {
             const Item& item = *entries_[row].item;
             const std::size_t rank =
                 order_.column == ResultColumn::kFloor ? FloorRank(item.GetFloorA()) : 0;
-            keys.emplace_back(SortKey(rank, ColumnText(item, *order_.column)), row);
+            keys.emplace_back(SortKey(rank, ShownText(item, *order_.column)), row);
         }
         // Equal rows keep their priority order in both directions.
         std::stable_sort(keys.begin(), keys.end(), [&](const auto& a, const auto& b) {

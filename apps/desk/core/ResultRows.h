@@ -33,7 +33,8 @@ class ResultRows {
   public:
     using Item = KYCOLLISION::RESULT::KyResultItem;
 
-    /// How the names of kinds are called on the screen, so that they are found by what is seen.
+    /// How the names of kinds are called on the screen, so that they are found and sorted by what
+    /// is seen.
     using Translator = std::function<std::wstring(const std::wstring& name)>;
     void SetTranslator(Translator translator) { translator_ = std::move(translator); }
 
@@ -71,6 +72,7 @@ class ResultRows {
     void Select();
     const std::string& SearchableOf(Entry& entry) const;
     void Sort();
+    std::wstring ShownText(const Item& item, ResultColumn column) const;
     std::size_t FloorRank(const std::wstring& name) const;
 
     std::vector<Item*> items_;

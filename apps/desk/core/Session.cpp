@@ -4,6 +4,8 @@
 #include "KYCollisionBase/logic/CCollisionCheck.h"
 #include "KYCollisionBase/result/CExistingHole.h"
 #include "KYCollisionBase/result/KyWorksetResultData.h"
+#include "KYCollisionBase/rule/KyCollisionRule.h"
+#include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
 #include <algorithm>
@@ -14,10 +16,10 @@
 #include <utility>
 
 #include "desk/core/ModelList.h"
-#include "ifchost/BuiltinRules.h"
 #include "ifchost/HostText.h"
 #include "ifchost/IfcDataSource.h"
 #include "ifchost/IfcWorkset.h"
+#include "kyclash/RuleChoice.h"
 
 namespace desk {
 namespace {
@@ -48,6 +50,22 @@ std::wstring WidePath(const std::filesystem::path& path) {
 
 std::wstring PathOf(AttCategory kind) {
     return kind.categoryIndex();
+}
+
+// Switches off what the user left out; the rule file itself stays as it is.
+void KeepKinds(KYCOLLISION::Rule::KyCollisionRuleMgr& rules,
+               const std::vector<std::wstring>& kinds) {
+    const std::set<std::wstring> wanted(kinds.begin(), kinds.end());
+    auto kept = std::unique_ptr<KYCOLLISION::Rule::KyCollisionRule>(rules.GetRule()->Clone(true));
+    for (const std::wstring& specialty : kept->GetSpecArray()) {
+        const auto* items = kept->GetRuleItemArray(specialty);
+        if (items == nullptr) continue;
+        // A copy: switching off takes items out of the list.
+        for (const auto* item : std::vector(*items)) {
+            if (wanted.count(item->GetAttName()) == 0) kept->DeleteRuleItem(item);
+        }
+    }
+    rules.SetRule(kept.release(), true);
 }
 
 std::vector<FloorKey> KeysOf(const std::vector<SCollisionFloor>& floors) {
@@ -98,6 +116,7 @@ struct Session::OpenedModels {
     LoadedModels loaded;
     std::shared_ptr<const SceneMeshes> meshes;
     std::unique_ptr<CCollisionCheck> driver;
+    const ifchost::IfcDataSource* source = nullptr;  // the driver's
     Holes holes;
 };
 
@@ -117,9 +136,11 @@ struct Session::CheckedModels {
     ECheckReturn outcome = KYCOLLISION::LOGIC::CHECK_NO_MODEL;
     CheckedFloors floors;
     ResultsByFloor results;
+    std::optional<kyclash::ReportedRules> rules;
+    std::string error;  // without which there is no outcome
 };
 
-Session::Session(LoadOptions options) : options_(std::move(options)), results_(NewResults()) {
+Session::Session(SessionOptions options) : options_(std::move(options)), results_(NewResults()) {
     // Loaded on first use, which would be in a run and in the window at the same time.
     AttCategory::InitTypePriorityMap();
 }
@@ -163,7 +184,7 @@ void Session::StartOpen(std::vector<std::filesystem::path> models) {
     activity_ = Activity::kOpening;
     opened_ = std::make_unique<OpenedModels>();
     opened_->models = std::move(models);
-    task_.Start([opened = opened_.get(), options = options_](BackgroundTask& task) {
+    task_.Start([opened = opened_.get(), options = options_.loading](BackgroundTask& task) {
         opened->loaded = LoadModels(opened->models, options, task);
         const auto& workset = opened->loaded.workset;
         if (workset == nullptr) return;
@@ -171,7 +192,9 @@ void Session::StartOpen(std::vector<std::filesystem::path> models) {
         opened->meshes = std::make_shared<const SceneMeshes>(CollectMeshes(*workset));
         task.Report({"build", {}, 0, 0});
         opened->driver = std::make_unique<CCollisionCheck>();
-        opened->driver->SetDataSource(new ifchost::IfcDataSource(workset));
+        auto* source = new ifchost::IfcDataSource(workset);
+        opened->source = source;
+        opened->driver->SetDataSource(source);
         opened->driver->InitCollisionModel();
         opened->driver->GetExistingHoles(workset->CollisionFloors(), opened->holes);
     });
@@ -187,28 +210,29 @@ void Session::TakeOver(OpenedModels& opened, ActivityOutcome& outcome) {
     workset_ = std::move(opened.loaded.workset);
     meshes_ = std::move(opened.meshes);
     driver_ = std::move(opened.driver);
+    source_ = opened.source;
     openings_.clear();
     for (auto& [floor, holes] : opened.holes)
         openings_.insert(openings_.end(), holes.begin(), holes.end());
 }
 
-void Session::SetUpRules(const CheckRequest& request) {
-    const std::set<std::wstring> wanted(request.kinds.begin(), request.kinds.end());
-    std::vector<AttCategory> kinds = workset_->CheckedKinds();
-    std::erase_if(kinds, [&](const AttCategory& kind) { return wanted.count(PathOf(kind)) == 0; });
-    driver_->SetCollisionRule(ifchost::MakeBuiltinRules(kinds).release());
-}
-
 void Session::StartCheck(const CheckRequest& request) {
     if (driver_ == nullptr) throw std::logic_error("a check needs open models");
     activity_ = Activity::kChecking;
-    SetUpRules(request);
     driver_->ResetCheckStatus();
     SetStopFlag(false);
     checked_ = std::make_unique<CheckedModels>();
     task_.Start([checked = checked_.get(), driver = driver_.get(), workset = workset_,
+                 ruleFile = options_.rules, kinds = request.kinds,
                  floors = Choose(Floors(), request.floors),
                  allFloors = Floors()](BackgroundTask& task) {
+        task.Report({"rules", {}, 0, 0});
+        auto chosen = kyclash::ChooseRules(ruleFile, checked->error);
+        if (!chosen) return;
+        kyclash::CompleteRules(*chosen, *workset);
+        checked->rules = std::move(chosen->report);
+        KeepKinds(*chosen->rules, kinds);
+        driver->SetCollisionRule(chosen->rules.release());
         task.Report({"check", {}, 0, 0});
         checked->outcome = driver->CollisionCheck(floors);
         checked->floors = SplitFloors(floors, checked->outcome, driver->GetCurCheckFloor());
@@ -224,8 +248,20 @@ void Session::StartCheck(const CheckRequest& request) {
 }
 
 void Session::TakeOver(CheckedModels& checked, ActivityOutcome& outcome) {
+    outcome.clashes = Results().size();
+    if (!checked.error.empty()) {
+        outcome.errors.push_back(std::move(checked.error));
+        return;
+    }
     outcome.stopped = checked.outcome == KYCOLLISION::LOGIC::CHECK_STOPPED;
     outcome.succeeded = checked.outcome == KYCOLLISION::LOGIC::CHECK_SUCCESS;
+    outcome.rules = std::move(checked.rules);
+    for (const auto& note : source_->BodyNotes()) {
+        const auto& component = workset_->Components()[note.component];
+        outcome.warnings.push_back(
+            PathText(workset_->Project(component.projectId)->file.filename()) + ": " +
+            workset_->GlobalId(component) + ": " + note.text);
+    }
     MergeResults(*results_, std::exchange(checked.results, {}), checked.floors);
     outcome.clashes = Results().size();
     modified_ = true;

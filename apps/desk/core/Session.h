@@ -17,6 +17,7 @@
 #include "desk/core/ResultMerge.h"
 #include "desk/core/SceneMeshes.h"
 #include "desk/core/WorksetLoading.h"
+#include "kyclash/CheckReport.h"
 
 namespace KYCOLLISION::LOGIC {
 class CCollisionCheck;
@@ -27,7 +28,7 @@ struct CExistingHole;
 }  // namespace KYCOLLISION::RESULT
 namespace ifchost {
 class IfcWorkset;
-struct WorksetComponent;
+class IfcDataSource;
 }  // namespace ifchost
 
 namespace desk {
@@ -40,6 +41,13 @@ struct CheckRequest {
     std::vector<std::wstring> kinds;   ///< those that take part, as Session::Kinds() has them
 };
 
+/// What a session works with.
+struct SessionOptions {
+    LoadOptions loading;
+    /// Rule file; none: the one that ships with the hosts. "built-in": the rules without a file.
+    std::optional<std::filesystem::path> rules;
+};
+
 /// How an activity ended.
 struct ActivityOutcome {
     Activity activity = Activity::kIdle;
@@ -47,7 +55,10 @@ struct ActivityOutcome {
     bool stopped = false;             ///< the user wanted it to stop
     std::size_t clashes = 0;          ///< of a check: results in all
     std::vector<std::string> errors;  ///< UTF-8, to be shown
+    /// UTF-8: of reading, what was left out and what is odd about the models; of a check, bodies
+    /// that had to be repaired.
     std::vector<std::string> warnings;
+    std::optional<kyclash::ReportedRules> rules;  ///< of a check
 };
 
 /// A kind of components and how many there are.
@@ -69,7 +80,7 @@ class Session {
     using Item = KYCOLLISION::RESULT::KyResultItem;
     using Hole = KYCOLLISION::RESULT::CExistingHole;
 
-    explicit Session(LoadOptions options = {});
+    explicit Session(SessionOptions options = {});
     /// Stops what is going on and waits for it.
     ~Session();
     Session(const Session&) = delete;
@@ -85,8 +96,13 @@ class Session {
     /// Starts reading models, in place of those that are open. Those (and the results) stay until
     /// the new ones are there, and when they cannot be read. Precondition: idle.
     void StartOpen(std::vector<std::filesystem::path> models);
-    /// Precondition: idle, and models are open.
+    /// Starts a run. The rules are read anew, so that an edited rule file counts; kinds that the
+    /// request leaves out are switched off in them. Precondition: idle, and models are open.
     void StartCheck(const CheckRequest& request);
+
+    /// As in the options; counts from the next run on.
+    const std::optional<std::filesystem::path>& RuleFile() const { return options_.rules; }
+    void SetRuleFile(const std::filesystem::path& file) { options_.rules = file; }
 
     const std::vector<std::filesystem::path>& Models() const { return models_; }
     /// Null while no models are open.
@@ -124,15 +140,15 @@ class Session {
 
     void TakeOver(OpenedModels& opened, ActivityOutcome& outcome);
     void TakeOver(CheckedModels& checked, ActivityOutcome& outcome);
-    void SetUpRules(const CheckRequest& request);
 
-    LoadOptions options_;
+    SessionOptions options_;
     Activity activity_ = Activity::kIdle;
 
     std::vector<std::filesystem::path> models_;
     std::shared_ptr<const ifchost::IfcWorkset> workset_;
     std::shared_ptr<const SceneMeshes> meshes_;
     std::unique_ptr<KYCOLLISION::LOGIC::CCollisionCheck> driver_;
+    const ifchost::IfcDataSource* source_ = nullptr;  // the driver's
     std::vector<std::shared_ptr<Hole>> openings_;
 
     std::unique_ptr<KYCOLLISION::RESULT::KyWorksetResultData> results_;

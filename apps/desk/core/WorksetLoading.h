@@ -25,8 +25,9 @@ struct LoadOptions {
 /// What came of reading. Without a work set the errors say why, unless it was stopped.
 struct LoadedModels {
     std::shared_ptr<const ifchost::IfcWorkset> workset;
-    std::vector<std::string> errors;    ///< UTF-8, each names its file
-    std::vector<std::string> warnings;  ///< of the work set as a whole
+    std::vector<std::string> errors;  ///< UTF-8, each names its file
+    /// UTF-8, each names its file: what was left out, and what is odd.
+    std::vector<std::string> warnings;
     bool stopped = false;
 };
 

@@ -70,9 +70,14 @@ DetailPane::DetailPane(const KindNames& names, QWidget* parent)
     grid->addWidget(second_, 1, 1);
     grid->addWidget(NewSwatch(*this, ClashPointColor()), 2, 0);
     grid->addWidget(place_, 2, 1);
-    // Two components of two lines and the place: the pane keeps its height, whatever it shows.
+    // Room to spare is left below, not between the lines.
+    grid->setRowStretch(3, 1);
+    // Two components of up to three lines and the place: the pane keeps its height, whatever it
+    // shows.
     constexpr int kLines = 7;
-    setMinimumHeight(kLines * fontMetrics().lineSpacing());
+    const QMargins margins = grid->contentsMargins();
+    setMinimumHeight(kLines * fontMetrics().lineSpacing() + margins.top() + margins.bottom() +
+                     2 * grid->verticalSpacing());
     Show(nullptr);
 }
 
@@ -88,7 +93,7 @@ void DetailPane::Show(const KyResultItem* item) {
     QString elevation;
     if (const auto z = ClashElevation(*item))
         elevation = tr("elevation %1 mm").arg(QLocale().toString(std::lround(*z)));
-    place_->setText(Joined({QString::fromStdWString(item->GetAxisPos()), elevation}));
+    place_->setText(Joined({names_.Name(item->GetAxisPos()), elevation}));
 }
 
 }  // namespace desk

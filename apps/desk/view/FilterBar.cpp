@@ -91,6 +91,8 @@ FilterBar::FilterBar(const KindNames& names, QWidget* parent)
     connect(pause_, &QTimer::timeout, this, &FilterBar::Changed);
     for (const QLineEdit* edit : {text_, above_, upTo_})
         connect(edit, &QLineEdit::textChanged, pause_, qOverload<>(&QTimer::start));
+    for (const QLineEdit* edit : {text_, above_, upTo_})
+        connect(edit, &QLineEdit::returnPressed, this, &FilterBar::ApplyNow);
     for (const QComboBox* box : {floor_, kind_, state_})
         connect(box, &QComboBox::activated, this, &FilterBar::Changed);
     connect(clear, &QToolButton::clicked, this, &FilterBar::Clear);
@@ -138,13 +140,17 @@ ResultFilter FilterBar::Filter() const {
     return filter;
 }
 
+void FilterBar::ApplyNow() {
+    pause_->stop();
+    emit Changed();
+}
+
 void FilterBar::Clear() {
     for (QLineEdit* edit : {text_, above_, upTo_})
         edit->clear();
     for (QComboBox* box : {floor_, kind_, state_})
         box->setCurrentIndex(0);
-    pause_->stop();
-    emit Changed();
+    ApplyNow();
 }
 
 }  // namespace desk

@@ -25,10 +25,12 @@ class FilterBar : public QWidget {
     void Clear();
 
   signals:
-    /// The filter is another one now. Typing counts once it pauses.
+    /// The filter is another one now. Typing counts once it pauses, or with the return key.
     void Changed();
 
   private:
+    void ApplyNow();
+
     const KindNames& names_;
     QLineEdit* text_;
     QComboBox* floor_;

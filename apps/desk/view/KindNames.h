@@ -11,7 +11,7 @@ namespace desk {
 
 /// How kinds of components are called on the screen. Models, rules and results name them in the
 /// words of the category tree; a user whose language is another one sees a translation of those
-/// that are known.
+/// that are known. The same goes for the library's word for a place off the grid.
 class KindNames {
   public:
     /// Names for a language ("en", "zh", ...); without a list for it the names stay as they are.

@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/view/MainWindow.h"
 
+#include "KYCollisionBase/result/CExistingHole.h"
 #include "KYCollisionBase/ui/GltfWriter.h"
 #include "KYCollisionBase/ui/KyCheckTestTool.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QLocale>
 #include <QProgressBar>
+#include <QScreen>
+#include <QSettings>
 #include <QSpinBox>
 #include <QSplitter>
 #include <QStatusBar>
-#include <QStyle>
 #include <QTabWidget>
 #include <QTimer>
 #include <QToolBar>
@@ -28,6 +31,7 @@
 #include "desk/view/DetailPane.h"
 #include "desk/view/FilterBar.h"
 #include "desk/view/KindTree.h"
+#include "desk/view/NotesPane.h"
 #include "desk/view/OpeningList.h"
 #include "desk/view/Prompts.h"
 #include "desk/view/ResultList.h"
@@ -35,6 +39,7 @@
 #include "desk/view/SceneColors.h"
 #include "desk/view/SceneView.h"
 #include "desk/view/StateNames.h"
+#include "desk/view/ToolIcons.h"
 #include "ifchost/IfcWorkset.h"
 
 namespace desk {
@@ -44,6 +49,9 @@ using QNIM::GeometryPrimitiveResource::CQNIMBoundingBox;
 using QNIM::GeometryPrimitiveResource::CQNIMPosition;
 
 constexpr int kPollMilliseconds = 100;
+// The window takes up this much of the screen at first, but is never smaller than it needs to be.
+constexpr double kShareOfScreen = 0.9;
+constexpr QSize kRoomNeeded(1500, 900);
 
 QStringList ToTexts(const std::vector<std::string>& texts) {
     QStringList list;
@@ -88,6 +96,7 @@ QString StepText(const TaskProgress& progress) {
     if (progress.step == "mesh") return MainWindow::tr("Meshing %1").arg(subject);
     if (progress.step == "scene") return MainWindow::tr("Preparing the 3-D view");
     if (progress.step == "build") return MainWindow::tr("Finding neighbours");
+    if (progress.step == "rules") return MainWindow::tr("Reading the rules");
     if (progress.step == "check") return MainWindow::tr("Checking floor %1").arg(subject);
     if (progress.step == "collect") return MainWindow::tr("Collecting results");
     return {};
@@ -95,25 +104,25 @@ QString StepText(const TaskProgress& progress) {
 
 }  // namespace
 
-MainWindow::MainWindow(LoadOptions options, const QString& language,
+MainWindow::MainWindow(SessionOptions options, const QString& language,
                        std::unique_ptr<Prompts> prompts)
     : prompts_(std::move(prompts)),
       names_(language),
       session_(std::move(options)),
       poll_(new QTimer(this)) {
     setObjectName("mainWindow");
-    resize(1500, 900);
+    resize(kRoomNeeded.expandedTo(screen()->availableSize() * kShareOfScreen));
     BuildActions();
-    auto* columns = new QSplitter(this);
-    columns->setObjectName("columns");
-    columns->setChildrenCollapsible(false);
-    columns->addWidget(BuildLeft());
-    columns->addWidget(BuildMiddle());
-    columns->addWidget(BuildRight());
-    columns->setStretchFactor(1, 3);
-    columns->setStretchFactor(2, 2);
-    columns->setSizes({250, 760, 490});
-    setCentralWidget(columns);
+    columns_ = new QSplitter(this);
+    columns_->setObjectName("columns");
+    columns_->setChildrenCollapsible(false);
+    columns_->addWidget(BuildLeft());
+    columns_->addWidget(BuildMiddle());
+    columns_->addWidget(BuildRight());
+    columns_->setStretchFactor(1, 3);
+    columns_->setStretchFactor(2, 2);
+    columns_->setSizes({250, 760, 490});
+    setCentralWidget(columns_);
     BuildStatus();
     poll_->setInterval(kPollMilliseconds);
     connect(poll_, &QTimer::timeout, this, &MainWindow::PollSession);
@@ -145,6 +154,7 @@ void MainWindow::BuildActions() {
     save_ = AddAction(tr("Save"), "save", QKeySequence::Save, tr("Save the results"));
     saveAs_ = AddAction(tr("Save as"), "saveAs", QKeySequence("Ctrl+Shift+S"),
                         tr("Save the results in another file"));
+    rules_ = AddAction(tr("Rules"), "rules", {}, tr("Choose the rule file of the next check"));
     run_ = AddAction(tr("Run check"), "run", QKeySequence("F5"),
                      tr("Check the chosen kinds on the chosen floors"));
     stop_ = AddAction(tr("Stop"), "stop", QKeySequence("Shift+F5"), tr("Stop what is going on"));
@@ -169,23 +179,32 @@ void MainWindow::BuildActions() {
     bar->setObjectName("mainBar");
     bar->setMovable(false);
     bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    openModels_->setIcon(style()->standardIcon(QStyle::SP_DirOpenIcon));
-    openResults_->setIcon(style()->standardIcon(QStyle::SP_FileDialogDetailedView));
-    save_->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
-    run_->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
-    stop_->setIcon(style()->standardIcon(QStyle::SP_MediaStop));
     bar->addActions({openModels_, openResults_, save_, saveAs_});
     bar->addSeparator();
-    bar->addActions({run_, stop_});
+    bar->addActions({rules_, run_, stop_});
+    UpdateIcons();
 
     connect(openModels_, &QAction::triggered, this, &MainWindow::ChooseModels);
     connect(openResults_, &QAction::triggered, this, &MainWindow::ChooseResults);
+    connect(rules_, &QAction::triggered, this, &MainWindow::ChooseRules);
     connect(save_, &QAction::triggered, this, &MainWindow::SaveResults);
     connect(saveAs_, &QAction::triggered, this, &MainWindow::SaveAs);
     connect(run_, &QAction::triggered, this, &MainWindow::StartCheck);
     connect(stop_, &QAction::triggered, this, &MainWindow::StopActivity);
     connect(keepView_, &QAction::triggered, this, &MainWindow::KeepView);
     connect(export_, &QAction::triggered, this, &MainWindow::ExportDiagnostics);
+}
+
+void MainWindow::UpdateIcons() {
+    const std::pair<QAction*, ToolGlyph> icons[] = {{openModels_, ToolGlyph::kOpenModels},
+                                                    {openResults_, ToolGlyph::kOpenResults},
+                                                    {save_, ToolGlyph::kSave},
+                                                    {saveAs_, ToolGlyph::kSaveAs},
+                                                    {rules_, ToolGlyph::kRules},
+                                                    {run_, ToolGlyph::kRun},
+                                                    {stop_, ToolGlyph::kStop}};
+    for (const auto& [action, glyph] : icons)
+        action->setIcon(ToolIcon(glyph, palette()));
 }
 
 QWidget* MainWindow::BuildLeft() {
@@ -228,11 +247,14 @@ QWidget* MainWindow::BuildMiddle() {
 
     openings_ = new OpeningList(names_, this);
     openings_->setObjectName("openings");
-    auto* pages = new QTabWidget(this);
-    pages->setObjectName("pages");
-    pages->setDocumentMode(true);
-    pages->addTab(results, tr("Clashes"));
-    pages->addTab(openings_, tr("Openings"));
+    notes_ = new NotesPane(this);
+    notes_->setObjectName("notes");
+    pages_ = new QTabWidget(this);
+    pages_->setObjectName("pages");
+    pages_->setDocumentMode(true);
+    pages_->addTab(results, tr("Clashes"));
+    pages_->addTab(openings_, tr("Openings"));
+    pages_->addTab(notes_, tr("Notes"));
 
     connect(filter_, &FilterBar::Changed, this, [this] {
         model_->SetFilter(filter_->Filter());
@@ -252,7 +274,16 @@ QWidget* MainWindow::BuildMiddle() {
         text->setFocus();
         text->selectAll();
     });
-    return pages;
+    connect(openings_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) { ShowOpening(current.row()); });
+    connect(pages_, &QTabWidget::currentChanged, this, [this](int page) {
+        if (pages_->widget(page) == openings_) {
+            ShowOpening(openings_->currentIndex().row());
+        } else if (showsOpening_) {
+            ShowSelected();
+        }
+    });
+    return pages_;
 }
 
 QWidget* MainWindow::BuildRight() {
@@ -309,6 +340,13 @@ void MainWindow::OpenModels(const std::vector<std::filesystem::path>& models) {
 
 void MainWindow::ChooseResults() {
     if (const auto file = prompts_->ChooseResultFile(this)) OpenResults(ToPath(*file));
+}
+
+void MainWindow::ChooseRules() {
+    const auto file = prompts_->ChooseRuleFile(this);
+    if (!file) return;
+    session_.SetRuleFile(ToPath(*file));
+    message_->setText(tr("The next check uses the rules %1").arg(*file));
 }
 
 void MainWindow::OpenResults(const std::filesystem::path& file) {
@@ -418,6 +456,7 @@ void MainWindow::ShowOutcome(const ActivityOutcome& outcome) {
         if (outcome.succeeded) {
             if (openedFor_ == OpenedFor::kNewWork) session_.CloseResults();
             ShowModels();
+            notes_->SetReadingNotes(outcome.warnings);
         }
         message_->setText(outcome.succeeded ? tr("Models: %L1, components: %L2")
                                                   .arg(session_.Models().size())
@@ -426,9 +465,12 @@ void MainWindow::ShowOutcome(const ActivityOutcome& outcome) {
                                             : tr("The models could not be opened"));
     } else {
         message_->setText(outcome.succeeded ? tr("Check done, clashes: %L1").arg(outcome.clashes)
-                                            : tr("Check stopped: the list is not complete"));
+                          : outcome.stopped ? tr("Check stopped: the list is not complete")
+                                            : tr("The check could not be done"));
+        if (outcome.rules) notes_->SetCheckNotes(outcome.rules, outcome.warnings);
     }
     ShowResults();
+    ShowNotes();
     if (!outcome.errors.empty())
         prompts_->ShowProblems(this, windowTitle(), ToTexts(outcome.errors));
 }
@@ -454,12 +496,18 @@ void MainWindow::ShowResults() {
     UpdateActions();
 }
 
+void MainWindow::ShowNotes() {
+    const int count = notes_->Count();
+    pages_->setTabText(pages_->indexOf(notes_),
+                       count == 0 ? tr("Notes") : tr("Notes (%L1)").arg(count));
+}
+
 void MainWindow::ShowCounts() {
     const ResultRows& rows = model_->Rows();
     QStringList parts;
     parts << (rows.Count() == rows.TotalCount()
-                  ? tr("<b>%L1</b> clashes").arg(rows.Count())
-                  : tr("<b>%L1</b> of %L2 clashes").arg(rows.Count()).arg(rows.TotalCount()));
+                  ? tr("Clashes: <b>%L1</b>").arg(rows.Count())
+                  : tr("Clashes: <b>%L1</b> of %L2").arg(rows.Count()).arg(rows.TotalCount()));
     for (const auto& [state, count] : rows.CountByState()) {
         parts << QStringLiteral("<span style='color:%1'>%2: %L3</span>")
                      .arg(StateColor(state, palette()).name(), StateName(state).toHtmlEscaped())
@@ -476,9 +524,40 @@ Session::Item* MainWindow::CurrentItem() const {
 
 void MainWindow::ShowSelected() {
     const Session::Item* item = CurrentItem();
+    showsOpening_ = false;
     details_->Show(item);
     ShowClashIn3d(item);
     UpdateActions();
+}
+
+// An opening is shown like a clash with one component, at the middle of its box.
+void MainWindow::ShowOpening(int row) {
+    showsOpening_ = true;
+    KyCheckTestTool::Instance()->ClearAll();
+    view_->Diagnostics().MarkChanged();
+    details_->Show(nullptr);
+    const auto& openings = session_.Openings();
+    if (row < 0 || static_cast<std::size_t>(row) >= openings.size()) {
+        view_->ShowClash(std::nullopt);
+        return;
+    }
+    const Session::Hole& hole = *openings[static_cast<std::size_t>(row)];
+    const auto component = session_.ComponentIndex(hole.projId, hole.objGuid);
+    if (!component) return;
+    const auto& box = session_.Workset()->Components()[*component].box;
+    const auto low = session_.Workset()->ToLocal(box.min);
+    const auto high = session_.Workset()->ToLocal(box.max);
+    ShownClash shown;
+    shown.main = component;
+    shown.point = QVector3D(static_cast<float>((low[0] + high[0]) / 2),
+                            static_cast<float>((low[1] + high[1]) / 2),
+                            static_cast<float>((low[2] + high[2]) / 2));
+    view_->ShowClash(shown);
+    KyCheckTestTool::Instance()->DrawBoundingBox(
+        CQNIMBoundingBox(CQNIMPosition(low[0], low[1], low[2]),
+                         CQNIMPosition(high[0], high[1], high[2])),
+        ToColor(MainColor()));
+    view_->FitClash();
 }
 
 void MainWindow::ShowClashIn3d(const Session::Item* item) {
@@ -600,6 +679,18 @@ void MainWindow::UpdateTitle() {
     setWindowModified(session_.IsModified());
 }
 
+void MainWindow::RestoreLayout(const QSettings& settings) {
+    restoreGeometry(settings.value("window").toByteArray());
+    columns_->restoreState(settings.value("columns").toByteArray());
+    list_->horizontalHeader()->restoreState(settings.value("resultColumns").toByteArray());
+}
+
+void MainWindow::KeepLayout(QSettings& settings) const {
+    settings.setValue("window", saveGeometry());
+    settings.setValue("columns", columns_->saveState());
+    settings.setValue("resultColumns", list_->horizontalHeader()->saveState());
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
     if (!MayDropResults()) {
         event->ignore();
@@ -611,7 +702,9 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 
 void MainWindow::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange && counts_ != nullptr) ShowCounts();
+    if (event->type() != QEvent::PaletteChange || counts_ == nullptr) return;
+    UpdateIcons();
+    ShowCounts();
 }
 
 }  // namespace desk

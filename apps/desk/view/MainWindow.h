@@ -14,7 +14,10 @@ class QAction;
 class QLabel;
 class QListWidget;
 class QProgressBar;
+class QSettings;
 class QSpinBox;
+class QSplitter;
+class QTabWidget;
 class QTimer;
 class QTreeWidgetItem;
 
@@ -23,6 +26,7 @@ namespace desk {
 class DetailPane;
 class FilterBar;
 class KindTree;
+class NotesPane;
 class OpeningList;
 class Prompts;
 class ResultList;
@@ -37,7 +41,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
   public:
-    MainWindow(LoadOptions options, const QString& language, std::unique_ptr<Prompts> prompts);
+    MainWindow(SessionOptions options, const QString& language, std::unique_ptr<Prompts> prompts);
     ~MainWindow() override;
 
     /// Starts to read models, after asking about unsaved changes.
@@ -48,6 +52,10 @@ class MainWindow : public QMainWindow {
     bool SaveResults();
     void StartCheck();
     void StopActivity();
+
+    /// How the user arranged the window, from one start of the program to the next.
+    void RestoreLayout(const QSettings& settings);
+    void KeepLayout(QSettings& settings) const;
 
     bool IsBusy() const { return session_.CurrentActivity() != Activity::kIdle; }
     Session& CurrentSession() { return session_; }
@@ -72,9 +80,11 @@ class MainWindow : public QMainWindow {
     QWidget* BuildMiddle();
     QWidget* BuildRight();
     void BuildStatus();
+    void UpdateIcons();
 
     void ChooseModels();
     void ChooseResults();
+    void ChooseRules();
     bool SaveAs();
     bool SaveTo(const std::filesystem::path& file);
     /// Whether the results may go: they are saved, or need not be.
@@ -87,8 +97,10 @@ class MainWindow : public QMainWindow {
     void ShowOutcome(const ActivityOutcome& outcome);
     void ShowModels();
     void ShowResults();
+    void ShowNotes();
     void ShowCounts();
     void ShowSelected();
+    void ShowOpening(int row);
     void ShowClashIn3d(const Session::Item* item);
     void DrawDiagnostics(const Session::Item& item);
     void KeepView();
@@ -111,6 +123,10 @@ class MainWindow : public QMainWindow {
     ResultModel* model_ = nullptr;
     ResultList* list_ = nullptr;
     OpeningList* openings_ = nullptr;
+    NotesPane* notes_ = nullptr;
+    QTabWidget* pages_ = nullptr;
+    bool showsOpening_ = false;  // the model shows one of these, not a clash
+    QSplitter* columns_ = nullptr;
     QLabel* counts_ = nullptr;
     SceneView* view_ = nullptr;
     DetailPane* details_ = nullptr;
@@ -122,6 +138,7 @@ class MainWindow : public QMainWindow {
     QAction* openResults_ = nullptr;
     QAction* save_ = nullptr;
     QAction* saveAs_ = nullptr;
+    QAction* rules_ = nullptr;
     QAction* run_ = nullptr;
     QAction* stop_ = nullptr;
     QAction* expand_ = nullptr;

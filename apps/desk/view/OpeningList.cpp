@@ -44,6 +44,7 @@ OpeningList::OpeningList(const KindNames& names, QWidget* parent)
         InsertColumn(index++, heading.toStdWString(), width * character);
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
     horizontalHeader()->setStretchLastSection(true);
+    horizontalHeader()->setHighlightSections(false);
     SetRowHeight(fontMetrics().height() * 8 / 5);
     setAccessibleName(tr("Openings"));
 }

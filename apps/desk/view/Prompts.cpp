@@ -1,16 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/view/Prompts.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QMessageBox>
 
 namespace desk {
 namespace {
-
-QString Tr(const char* text) {
-    return QCoreApplication::translate("Prompts", text);
-}
 
 std::optional<QString> Chosen(const QString& file) {
     if (file.isEmpty()) return std::nullopt;
@@ -20,10 +15,10 @@ std::optional<QString> Chosen(const QString& file) {
 }  // namespace
 
 UnsavedAnswer Prompts::AskUnsaved(QWidget* parent) {
-    QMessageBox box(QMessageBox::Question, Tr("Unsaved results"),
-                    Tr("The results have changed since they were last saved."),
+    QMessageBox box(QMessageBox::Question, tr("Unsaved results"),
+                    tr("The results have changed since they were last saved."),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, parent);
-    box.setInformativeText(Tr("Save them first?"));
+    box.setInformativeText(tr("Save them first?"));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
         case QMessageBox::Save:
@@ -36,17 +31,22 @@ UnsavedAnswer Prompts::AskUnsaved(QWidget* parent) {
 }
 
 QStringList Prompts::ChooseModels(QWidget* parent, const QString& reason) {
-    return QFileDialog::getOpenFileNames(parent, reason, {}, Tr("IFC models (*.ifc *.ifczip)"));
+    return QFileDialog::getOpenFileNames(parent, reason, {}, tr("IFC models (*.ifc *.ifczip)"));
 }
 
 std::optional<QString> Prompts::ChooseResultFile(QWidget* parent) {
     return Chosen(
-        QFileDialog::getOpenFileName(parent, Tr("Open results"), {}, Tr("Clash results (*.xml)")));
+        QFileDialog::getOpenFileName(parent, tr("Open results"), {}, tr("Clash results (*.xml)")));
+}
+
+std::optional<QString> Prompts::ChooseRuleFile(QWidget* parent) {
+    return Chosen(
+        QFileDialog::getOpenFileName(parent, tr("Choose rules"), {}, tr("Rule files (*.xml)")));
 }
 
 std::optional<QString> Prompts::ChooseSaveFile(QWidget* parent, const QString& suggestion) {
-    return Chosen(QFileDialog::getSaveFileName(parent, Tr("Save results"), suggestion,
-                                               Tr("Clash results (*.xml)")));
+    return Chosen(QFileDialog::getSaveFileName(parent, tr("Save results"), suggestion,
+                                               tr("Clash results (*.xml)")));
 }
 
 void Prompts::ShowProblems(QWidget* parent, const QString& title, const QStringList& problems) {

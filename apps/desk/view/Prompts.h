@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
 #include <optional>
 
@@ -13,6 +14,8 @@ enum class UnsavedAnswer { kSave, kDiscard, kCancel };
 
 /// The questions that the window asks its user. The default asks in dialogs; tests answer.
 class Prompts {
+    Q_DECLARE_TR_FUNCTIONS(desk::Prompts)
+
   public:
     virtual ~Prompts() = default;
 
@@ -20,6 +23,7 @@ class Prompts {
     /// Empty when the user thought better of it.
     virtual QStringList ChooseModels(QWidget* parent, const QString& reason);
     virtual std::optional<QString> ChooseResultFile(QWidget* parent);
+    virtual std::optional<QString> ChooseRuleFile(QWidget* parent);
     virtual std::optional<QString> ChooseSaveFile(QWidget* parent, const QString& suggestion);
     virtual void ShowProblems(QWidget* parent, const QString& title, const QStringList& problems);
 };

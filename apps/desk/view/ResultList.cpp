@@ -68,9 +68,7 @@ class StateDelegate : public QStyledItemDelegate {
   protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
-        const COLORREF color = list_.OnGetCellTextColor(index.row(), index.column());
-        option->palette.setColor(QPalette::Text,
-                                 QColor(GetRValue(color), GetGValue(color), GetBValue(color)));
+        list_.PrepareCell(*option, index);
         // Room for the dot.
         option->features |= QStyleOptionViewItem::HasDecoration;
         option->decorationSize = QSize(option->rect.height() * 2 / 3, 1);
@@ -109,7 +107,8 @@ void ResultList::SetResultModel(ResultModel* model) {
     header->setSortIndicatorClearable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
-    constexpr int kCharactersOfColumn[kResultColumnCount] = {14, 9, 26, 21, 26, 21, 12, 14, 26, 26};
+    constexpr int kCharactersOfColumn[kResultColumnCount] = {16, 10, 19, 20, 19,
+                                                             20, 15, 15, 24, 26};
     for (int column = 0; column < kResultColumnCount; ++column)
         setColumnWidth(column, kCharactersOfColumn[column] * fontMetrics().averageCharWidth());
     SetRowHeight(fontMetrics().height() * 8 / 5);

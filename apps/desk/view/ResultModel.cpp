@@ -29,8 +29,13 @@ void ResultModel::Reload() {
         for (const auto& [project, name] : floor.floorKeys)
             floors.push_back(name);
     }
+    SetItems(session_.Results(), floors);
+}
+
+void ResultModel::SetItems(std::vector<ResultRows::Item*> items,
+                           const std::vector<std::wstring>& floorOrder) {
     beginResetModel();
-    rows_.SetItems(session_.Results(), floors);
+    rows_.SetItems(std::move(items), floorOrder);
     endResetModel();
 }
 
@@ -64,9 +69,11 @@ QString ResultModel::Text(const ResultRows::Item& item, ResultColumn column) con
         case ResultColumn::kState:
             return StateName(item.GetDisposeState());
         case ResultColumn::kMainKind:
-            return names_.Kind(item.GetAttInfoA());
+            return names_.Name(KindText(item.GetAttInfoA()));
         case ResultColumn::kSecondKind:
-            return names_.Kind(item.GetAttInfoB());
+            return names_.Name(KindText(item.GetAttInfoB()));
+        case ResultColumn::kAxisPosition:
+            return names_.Name(item.GetAxisPos());
         default:
             return QString::fromStdWString(ColumnText(item, column));
     }

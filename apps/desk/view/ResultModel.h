@@ -21,6 +21,9 @@ class ResultModel : public QAbstractTableModel {
 
     /// Takes all results of the session anew.
     void Reload();
+    /// Takes these results; `floorOrder` ranks the names of floors, lowest first.
+    void SetItems(std::vector<ResultRows::Item*> items,
+                  const std::vector<std::wstring>& floorOrder);
     void SetFilter(const ResultFilter& filter);
     const ResultRows& Rows() const { return rows_; }
 

@@ -4,16 +4,17 @@
 
 #include <gmock/gmock.h>
 
-#include "Priorities.h"
 #include "ResultItems.h"
 #include "desk/core/PriorityOrder.h"
+#include "support/PriorityScope.h"
 
 using desk::SortByPriority;
 using KYCOLLISION::RESULT::KyResultItem;
 
 // Kinds of equal and different priority, names that the code page cannot tell apart, equal ones.
 TEST(PriorityOrder, AgreesWithTheLibrarysComparisonOnRandomResults) {
-    const Priorities priorities({{L"s0/c0/k0", 1}, {L"s1/c0/k1", 5}, {L"s0/c1/k1", 5}});
+    const kycb::test::PriorityScope priorities(
+        {{L"s0/c0/k0", 1}, {L"s1/c0/k1", 5}, {L"s0/c1/k1", 5}});
     std::mt19937 random(42);
     const auto pick = [&](const std::vector<std::wstring>& from) {
         return from[random() % from.size()];

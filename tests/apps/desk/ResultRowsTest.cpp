@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 
-#include "Priorities.h"
 #include "ResultItems.h"
 #include "desk/core/ResultRows.h"
+#include "support/PriorityScope.h"
 
 using desk::KindChoice;
 using desk::ResultColumn;
@@ -46,7 +46,7 @@ class ResultRowsTest : public testing::Test {
         return guids;
     }
 
-    Priorities priorities_{{{L"s/c/k", 1}}};
+    kycb::test::PriorityScope priorities_{{{L"s/c/k", 1}}};
     std::vector<std::unique_ptr<ResultRows::Item>> items_;
     ResultRows rows_;
 };
@@ -63,6 +63,22 @@ TEST_F(ResultRowsTest, SortByColumnAndKeepPriorityAmongEquals) {
     EXPECT_THAT(Shown(), ElementsAre(L"g1", L"g2", L"g3"));
     rows_.SetOrder({ResultColumn::kSecondName, SortDirection::kAscending});
     EXPECT_THAT(Shown(), ElementsAre(L"g2", L"g3", L"g1"));
+}
+
+TEST_F(ResultRowsTest, SortKindsAsTheyAreCalledOnTheScreen) {
+    items_[0]->SetObjAttInfo_Main({L"s", L"c", L"k1", L"n", L""});
+    items_[1]->SetObjAttInfo_Main({L"s", L"c", L"k2", L"n", L""});
+    items_[2]->SetObjAttInfo_Main({L"s", L"c", L"", L"n", L""});
+    rows_.SetTranslator([](const std::wstring& name) {
+        return name == L"k1" ? L"wall" : name == L"k2" ? L"beam" : L"slab";
+    });
+    rows_.SetOrder({ResultColumn::kMainKind, SortDirection::kAscending});
+    EXPECT_THAT(Shown(), ElementsAre(L"g2", L"g3", L"g1"));
+}
+
+TEST(KindText, IsTheMinorCategoryOrElseTheMajorOne) {
+    EXPECT_EQ(desk::KindText({L"s", L"c", L"k", L"n", L""}), L"k");
+    EXPECT_EQ(desk::KindText({L"s", L"c", L"", L"n", L""}), L"c");
 }
 
 TEST_F(ResultRowsTest, SortFloorsAsTheBuildingHasThem) {

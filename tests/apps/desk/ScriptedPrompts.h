@@ -14,6 +14,7 @@ class ScriptedPrompts : public desk::Prompts {
         desk::UnsavedAnswer unsaved = desk::UnsavedAnswer::kCancel;
         QStringList models;
         std::optional<QString> resultFile;
+        std::optional<QString> ruleFile;
         std::optional<QString> saveFile;
         int unsavedAsked = 0;
         int modelsAsked = 0;
@@ -31,6 +32,7 @@ class ScriptedPrompts : public desk::Prompts {
         return script_.models;
     }
     std::optional<QString> ChooseResultFile(QWidget*) override { return script_.resultFile; }
+    std::optional<QString> ChooseRuleFile(QWidget*) override { return script_.ruleFile; }
     std::optional<QString> ChooseSaveFile(QWidget*, const QString&) override {
         return script_.saveFile;
     }
