@@ -15,7 +15,9 @@ test_packages=(
     libclang-rt-14-dev libxml2-utils locales
 )
 # For the controls and the desktop host; without them both are left out.
-ui_packages=(qt6-base-dev libqt6opengl6-dev libgl1-mesa-dri fonts-dejavu-core fonts-wqy-zenhei)
+ui_packages=(
+    qt6-base-dev libqt6opengl6-dev qt6-l10n-tools libgl1-mesa-dri fonts-dejavu-core fonts-wqy-zenhei
+)
 # A display for their tests.
 ui_test_packages=(xvfb xauth)
 
