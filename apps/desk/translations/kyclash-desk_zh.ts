@@ -379,10 +379,6 @@
         <translation>已为该碰撞保留此视图</translation>
     </message>
     <message>
-        <source>glTF scenes (*.gltf)</source>
-        <translation>glTF 场景 (*.gltf)</translation>
-    </message>
-    <message>
         <source>%1 cannot be written</source>
         <translation>无法写入 %1</translation>
     </message>
@@ -479,16 +475,20 @@
         <source>Save results</source>
         <translation>保存结果</translation>
     </message>
+    <message>
+        <source>Export drawing</source>
+        <translation>导出图形</translation>
+    </message>
+    <message>
+        <source>glTF scenes (*.gltf)</source>
+        <translation>glTF 场景 (*.gltf)</translation>
+    </message>
 </context>
 <context>
     <name>desk::ResultList</name>
     <message>
         <source>Results</source>
         <translation>结果</translation>
-    </message>
-    <message>
-        <source>%1	%2</source>
-        <translation>%1	%2</translation>
     </message>
 </context>
 <context>

@@ -7,7 +7,6 @@
 
 #include <QAction>
 #include <QCloseEvent>
-#include <QFileDialog>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
@@ -630,14 +629,13 @@ void MainWindow::UpdateSection() {
 }
 
 void MainWindow::ExportDiagnostics() {
-    const QString file = QFileDialog::getSaveFileName(this, tr("Export drawing"), "clash.gltf",
-                                                      tr("glTF scenes (*.gltf)"));
-    if (file.isEmpty()) return;
-    std::ofstream out(ToPath(file), std::ios::binary);
+    const auto file = prompts_->ChooseDrawingFile(this);
+    if (!file) return;
+    std::ofstream out(ToPath(*file), std::ios::binary);
     kycb::WriteGltf(view_->Diagnostics().Scene(), out);
     out.close();
     if (!out) {
-        prompts_->ShowProblems(this, tr("Export drawing"), {tr("%1 cannot be written").arg(file)});
+        prompts_->ShowProblems(this, tr("Export drawing"), {tr("%1 cannot be written").arg(*file)});
     }
 }
 

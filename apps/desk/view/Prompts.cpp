@@ -49,6 +49,11 @@ std::optional<QString> Prompts::ChooseSaveFile(QWidget* parent, const QString& s
                                                tr("Clash results (*.xml)")));
 }
 
+std::optional<QString> Prompts::ChooseDrawingFile(QWidget* parent) {
+    return Chosen(QFileDialog::getSaveFileName(
+        parent, tr("Export drawing"), QStringLiteral("clash.gltf"), tr("glTF scenes (*.gltf)")));
+}
+
 void Prompts::ShowProblems(QWidget* parent, const QString& title, const QStringList& problems) {
     QMessageBox box(QMessageBox::Warning, title, problems.value(0), QMessageBox::Ok, parent);
     box.setTextFormat(Qt::PlainText);

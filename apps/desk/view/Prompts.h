@@ -25,6 +25,7 @@ class Prompts {
     virtual std::optional<QString> ChooseResultFile(QWidget* parent);
     virtual std::optional<QString> ChooseRuleFile(QWidget* parent);
     virtual std::optional<QString> ChooseSaveFile(QWidget* parent, const QString& suggestion);
+    virtual std::optional<QString> ChooseDrawingFile(QWidget* parent);
     virtual void ShowProblems(QWidget* parent, const QString& title, const QStringList& problems);
 };
 

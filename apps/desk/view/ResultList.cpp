@@ -151,7 +151,8 @@ void ResultList::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
     for (const DisposeState state : kDisposeStates) {
         const int number = static_cast<int>(state);
-        QAction* action = menu.addAction(tr("%1\t%2").arg(StateName(number)).arg(number));
+        QAction* action =
+            menu.addAction(QStringLiteral("%1\t%2").arg(StateName(number)).arg(number));
         connect(action, &QAction::triggered, this, [this, number] { SetStateOfSelected(number); });
     }
     menu.exec(event->globalPos());

@@ -4,6 +4,8 @@
 #include "KYCollisionBase/ui/KyCheckTestTool.h"
 
 #include <QComboBox>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QLabel>
 #include <QListWidget>
 #include <QMouseEvent>
@@ -303,6 +305,26 @@ TEST_F(DeskFlow, DrawsTheSelectedClashThroughTheDiagnosticTool) {
     EXPECT_EQ(root.Children()[2]->Primitives().size(), 1U);
     ClickRow(1);
     EXPECT_EQ(root.Children().size(), 3U);
+}
+
+TEST_F(DeskFlow, WritesTheDrawingOfAClashToAFile) {
+    OpenSample();
+    Check();
+    ClickRow(0);
+    Click("export");
+    EXPECT_TRUE(script_.problems.isEmpty()) << "the user thought better of it";
+
+    script_.drawingFile = QString::fromStdString((scratch_.Path() / "clash.gltf").string());
+    Click("export");
+    EXPECT_TRUE(script_.problems.isEmpty());
+    const auto scene =
+        QJsonDocument::fromJson(QByteArray::fromStdString(scratch_.Read("clash.gltf")));
+    EXPECT_EQ(scene["meshes"].toArray().size(), 3) << "two boxes and the point";
+
+    script_.drawingFile = QString::fromStdString((scratch_.Path() / "no folder/c.gltf").string());
+    Click("export");
+    ASSERT_EQ(script_.problems.size(), 1);
+    EXPECT_TRUE(script_.problems.front().contains("c.gltf"));
 }
 
 TEST_F(DeskFlow, KeepsAViewWithItsClash) {

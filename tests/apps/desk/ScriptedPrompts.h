@@ -16,6 +16,7 @@ class ScriptedPrompts : public desk::Prompts {
         std::optional<QString> resultFile;
         std::optional<QString> ruleFile;
         std::optional<QString> saveFile;
+        std::optional<QString> drawingFile;
         int unsavedAsked = 0;
         int modelsAsked = 0;
         QStringList problems;
@@ -36,6 +37,7 @@ class ScriptedPrompts : public desk::Prompts {
     std::optional<QString> ChooseSaveFile(QWidget*, const QString&) override {
         return script_.saveFile;
     }
+    std::optional<QString> ChooseDrawingFile(QWidget*) override { return script_.drawingFile; }
     void ShowProblems(QWidget*, const QString&, const QStringList& problems) override {
         script_.problems << problems;
     }
