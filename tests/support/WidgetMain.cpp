@@ -4,12 +4,13 @@
 
 #include <gmock/gmock.h>
 
-#if defined(__has_feature)
+// First what g++ says: the toolkit gives it a __has_feature that knows nothing.
+#if defined(__SANITIZE_ADDRESS__)
+#define KYCB_LEAKS_ARE_LOOKED_FOR
+#elif defined(__has_feature)
 #if __has_feature(address_sanitizer)
 #define KYCB_LEAKS_ARE_LOOKED_FOR
 #endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define KYCB_LEAKS_ARE_LOOKED_FOR
 #endif
 
 #ifdef KYCB_LEAKS_ARE_LOOKED_FOR
