@@ -86,8 +86,10 @@ int main(int argc, char** argv) {
     options.loading.mapping = fileOf(mapping);
     options.loading.cacheDir = fileOf(cache).value_or(std::filesystem::path());
     options.rules = fileOf(rules);
-    desk::MainWindow window(options, QLocale().name().section('_', 0, 0),
-                            std::make_unique<desk::Prompts>());
+    // The names of kinds follow the window's own texts, which are English without a translation.
+    const QString language =
+        translations.HasWindowTexts() ? QLocale().name().section('_', 0, 0) : QStringLiteral("en");
+    desk::MainWindow window(options, language, std::make_unique<desk::Prompts>());
     QSettings settings;
     window.RestoreLayout(settings);
     window.show();
