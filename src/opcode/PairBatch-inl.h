@@ -165,16 +165,15 @@ HWY_INLINE void Include(const PackMask<float, N>& chosen, const Vector3<Pack<flo
     }
 }
 
-// Rounding of a volume of three differences in single precision: eight
-// roundings of half an ulp (2^-24) in each of six terms, each bounded by the
-// product of the largest components. That is 2.87e-6; the rest covers the
-// rounding of the bound itself.
+// Rounding of a volume of three differences in single precision: eight roundings of half an ulp
+// (2^-24) in each of six terms, each bounded by the product of the largest components. That is
+// 2.87e-6; the rest covers the rounding of the bound itself.
 constexpr float kVolumeError = 3.2e-6F;
 // Underflow: absolute errors far below what this adds.
 constexpr float kUnderflow = 0x1p-120F;
 
-/// The rounding error of a volume of two differences whose product of largest
-/// components is `area`, and one whose largest is `length`.
+/// The rounding error of a volume of two differences whose product of largest components is `area`,
+/// and one whose largest is `length`.
 HWY_INLINE F16 VolumeTolerance(const F16& area, const F16& length) {
     const F16 tiny = Broadcast<kBatch>(kUnderflow);
     return (area * Broadcast<kBatch>(kVolumeError) + tiny) * length + tiny;
@@ -188,15 +187,14 @@ HWY_INLINE T TurnedTo(const T& t, const M& isSecond, const M& isThird) {
              Choose(isThird, t.v[1], Choose(isSecond, t.v[0], t.v[2]))}};
 }
 
-/// Volumes of an edge of a with an edge of b, both from the lone vertices: they
-/// order the crossings along the common line.
+/// Volumes of an edge of a with an edge of b, both from the lone vertices: they order the crossings
+/// along the common line.
 template <class P>
 struct EdgeVolumes {
     P o11, o12, o21, o22;
 };
 
-/// Exchanges what belongs to the second and third vertices of a (rows) and b
-/// (columns).
+/// Exchanges what belongs to the second and third vertices of a (rows) and b (columns).
 template <class P, class M>
 HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, const M& columns) {
     const EdgeVolumes<P> r = {Choose(rows, o.o21, o.o11), Choose(rows, o.o22, o.o12),
@@ -325,7 +323,7 @@ inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Bo
                                 Choose(loneBelowA, p.v[2], p.v[1]))}};
             F16x3 placed[2];
             PlaceEnds(p, q, choice, common, placed);
-            DeliverEnds(crossing & MaskOf<kBatch>(live), placed, wanted, region, ends);
+            DeliverEnds(MaskOf<kBatch>(hit), placed, wanted, region, ends);
         }
     }
     return {hit, 0, close & ~hit & ~passing, 0, hasPoints};
@@ -335,8 +333,7 @@ inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Bo
 constexpr double kVolumeErrorDouble = 8 * 0x1p-53;
 constexpr double kAreaError = 4 * 0x1p-53;
 
-/// Signs as -1, 0 and 1, and the lanes in which rounding hides them (their sign
-/// reads 0).
+/// Signs as -1, 0 and 1, and the lanes in which rounding hides them (their sign reads 0).
 struct SignLanes {
     D8 sign;
     PackMask<double, kFineBatch> unknown;
@@ -370,15 +367,13 @@ HWY_INLINE SignLanes SignOfDot(const BoundedNormal& n, const D8x3& v) {
     return {sign, (sign == zero) & (terms > zero)};
 }
 
-/// Which lanes have their lone vertex at `s`, with `p` and `q` the other two:
-/// as FindLoneVertex.
+/// Which lanes have their lone vertex at `s`, with `p` and `q` the other two: as FindLoneVertex.
 HWY_INLINE PackMask<double, kFineBatch> IsLone(const D8& s, const D8& p, const D8& q) {
     const D8 zero = Broadcast<kFineBatch>(0.0);
     return (s * p <= zero) & (s * q <= zero) & ((Magnitude(s) > zero) | (p * q > zero));
 }
 
-/// One triangle of each pair turned to its lone vertex, and the signs of its
-/// vertices.
+/// One triangle of each pair turned to its lone vertex, and the signs of its vertices.
 struct LoneTriangle {
     TriangleD8 t;
     D8 sign[3];
@@ -403,8 +398,8 @@ HWY_INLINE LoneTriangle TurnToLone(const TriangleD8& t, const SignLanes (&s)[3])
     return r;
 }
 
-/// The lone vertex, its sign, its distance from the other triangle's plane, and
-/// that plane's normal.
+/// The lone vertex, its sign, its distance from the other triangle's plane, and that plane's
+/// normal.
 struct EdgeStart {
     D8x3 from;
     D8 sign;
@@ -418,8 +413,8 @@ HWY_INLINE EdgeStart Choose(const PackMask<double, kFineBatch>& m, const EdgeSta
             Choose(m, yes.distance, no.distance), Choose(m, yes.normal, no.normal)};
 }
 
-/// Where an edge passes the plane of the other triangle. An end that lies on
-/// the plane is the place itself.
+/// Where an edge passes the plane of the other triangle. An end that lies on the plane is the place
+/// itself.
 HWY_INLINE D8x3 EndOnEdge(const EdgeStart& start, const D8x3& to, const D8& toSign) {
     const D8 zero = Broadcast<kFineBatch>(0.0);
     const D8x3 edge = to - start.from;
@@ -462,8 +457,7 @@ inline Verdict TestInDouble(const PairQueue& queue, const EndsWanted& wanted, Bo
     const auto flat = flatA | flatB;
     const unsigned undecided = Bits(unknown | flat);
     const unsigned known = live & ~undecided & ~apart;
-    // A triangle of no area has zeros everywhere too, which the exact test sees
-    // to.
+    // A triangle of no area has zeros everywhere too, which the exact test sees to.
     const unsigned allZero = live & ~apart & ~Bits(unknown) & Bits(flatA & flatB);
     if (known == 0) return {0, 0, live & ~apart, allZero, false};
 
