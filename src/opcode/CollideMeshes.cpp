@@ -162,6 +162,9 @@ class Descent {
     // The largest coordinate for which no product of three differences overflows, with room to
     // spare for the sums of such products.
     static constexpr float kLargestForSingle = 1e12F;
+    // Where planes keep none of so many triangles apart, they will hardly do for the rest of two
+    // leaves: solids that pass through each other.
+    static constexpr unsigned kTellingRow = 3;
     // The least for which no term along the normal of a patch underflows enough to matter.
     static constexpr float kLeastForPatch = 1e-30F;
     // Three roundings meet each of three terms on either side, and one the sum with the slack; each
@@ -248,8 +251,8 @@ class Descent {
             columns = columns & ReachesOut(CommonBox(boxesY, Everywhere(boxX)), *query_.region);
         }
         if (isPatchUsable_) {
-            rows = rows & ReachingPatch(y, x);
-            columns = columns & ReachingPatch(x, y);
+            if (y.hasPatch) rows = rows & ReachingPatch(y, x);
+            if (x.hasPatch) columns = columns & ReachingPatch(x, y);
         }
         const unsigned rowBits = Bits(rows);
         const unsigned columnBits = Bits(columns);
@@ -283,19 +286,23 @@ class Descent {
         Boxes ends;
         StoreVector(boxesX.low, ends.low);
         StoreVector(boxesX.high, ends.high);
+        bool planesPay = reach_ <= kLargestForSingle;
         for (; rows != 0; rows &= rows - 1) {
             const unsigned i = FirstBit(rows);
             const EndsOfBox box = BoxOf(ends, i);
             auto chosen = columns & Meeting(boxesY, box);
             if (OnlyRegionCounts())
                 chosen = chosen & ReachesOut(CommonBox(boxesY, Everywhere(box)), *query_.region);
-            if (!Any(chosen)) continue;
-            if (reach_ <= kLargestForSingle) {
+            unsigned count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
+            if (count == 0) continue;
+            if (planesPay) {
+                const unsigned met = count;
                 chosen = chosen & CutByPlaneOf(x, i, y, reach_);
                 if (!Any(chosen)) continue;
                 chosen = chosen & PlanesCutting(x, i, y, reach_);
+                count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
+                planesPay = count < met || met < kTellingRow;
             }
-            const unsigned count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
             if (count == 0) continue;
             AddPairs<kSideOfX>(x, i, y, chosen, count, candidates_);
             if (candidates_.count >= kBatch) Decide();

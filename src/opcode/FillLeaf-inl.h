@@ -84,6 +84,16 @@ inline void FindPatchNormal(const Leaf& leaf, std::uint32_t count, float (&norma
         normal[axis] = usable ? sum[axis] / largest : 0.0F;
 }
 
+/// Whether something so thick is thin beside the second largest extent of a leaf: a piece of a
+/// curved wall is, a box or a profile is not.
+inline bool IsThin(float thickness, const BoxF8& boxes) {
+    const float x = MostLane(boxes.high.x) - LeastLane(boxes.low.x);
+    const float y = MostLane(boxes.high.y) - LeastLane(boxes.low.y);
+    const float z = MostLane(boxes.high.z) - LeastLane(boxes.low.z);
+    const float second = std::max(std::min(x, y), std::min(std::max(x, y), z));
+    return 4 * thickness <= second;
+}
+
 inline void StorePatch(const TriangleF8& t, std::uint32_t count, Leaf& leaf) {
     FindPatchNormal(leaf, count, leaf.patchNormal);
     const F8x3 n = {Broadcast<8>(leaf.patchNormal[0]), Broadcast<8>(leaf.patchNormal[1]),
@@ -92,6 +102,7 @@ inline void StorePatch(const TriangleF8& t, std::uint32_t count, Leaf& leaf) {
     const F8 along[3] = {Dot(n, t.v[0]), Dot(n, t.v[1]), Dot(n, t.v[2])};
     leaf.patchLow = LeastLane(LeastOf(along));
     leaf.patchHigh = MostLane(MostOf(along));
+    leaf.hasPatch = IsThin(leaf.patchHigh - leaf.patchLow, BoxOf(t));
 }
 
 inline void FillLeaf(MeshTree& tree, std::uint32_t index) {

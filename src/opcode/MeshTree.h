@@ -42,6 +42,7 @@ struct alignas(64) Leaf {
     float patchNormal[3];
     float patchLow;
     float patchHigh;
+    bool hasPatch;  // whether they are thin enough along it for a test to pay
 };
 
 /// A leaf or a block of boxes, by its level and its number there. Leaves are level 0.

@@ -11,11 +11,10 @@ namespace {
 // Half an ulp of 1.0 in double precision.
 constexpr double kUnit = 0x1p-53;
 
-// Bound on the rounding error of the volume, relative to the sum of the
-// magnitudes of its terms (Shewchuk 1997: 7 units plus terms of second order).
-// Single-precision input neither overflows nor underflows in products of three
-// double-precision differences, so the bound holds for every finite input, and
-// a sum of magnitudes of 0 proves an exact 0.
+// Bound on the rounding error of the volume, relative to the sum of the magnitudes of its terms
+// (Shewchuk 1997: 7 units plus terms of second order). Single-precision input neither overflows nor
+// underflows in products of three double-precision differences, so the bound holds for every finite
+// input, and a sum of magnitudes of 0 proves an exact 0.
 constexpr double kBound3d = 8 * kUnit;
 
 double ExactVolume(const Point& a, const Point& b, const Point& c, const Point& d) {

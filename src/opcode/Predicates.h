@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Signs of determinants of points with single-precision coordinates, exact for
-// every finite input.
+// Signs of determinants of points with single-precision coordinates, exact for every finite input.
 #pragma once
 
 #include "KYCollisionBase/opcode/Point.h"
@@ -14,13 +13,11 @@ using IceMaths::Point;
 /// Which coordinate a projection drops.
 enum class DroppedAxis { kX, kY, kZ };
 
-/// ((b - a) x (c - a)) . (d - a), rounded, with the exact sign: positive when
-/// `d` lies on the side from which a, b, c turn counter-clockwise, 0 only when
-/// the four points lie in one plane.
+/// ((b - a) x (c - a)) . (d - a), rounded, with the exact sign: positive when `d` lies on the side
+/// from which a, b, c turn counter-clockwise, 0 only when the four points lie in one plane.
 double Orientation(const Point& a, const Point& b, const Point& c, const Point& d);
 
-/// The two coordinates that a projection keeps, in the order that keeps the
-/// sense of turning.
+/// The two coordinates that a projection keeps, in the order that keeps the sense of turning.
 struct Projected {
     double u;
     double v;
@@ -44,12 +41,11 @@ inline Projected Project(const Point& p, DroppedAxis dropped) {
 /// As Orientation below, in expansion arithmetic.
 double ExactOrientation(const Projected& a, const Projected& b, const Projected& c);
 
-/// (b - a) x (c - a), rounded, with the exact sign: positive when a, b, c turn
-/// counter-clockwise. The coordinates must be those of floats.
+/// (b - a) x (c - a), rounded, with the exact sign: positive when a, b, c turn counter-clockwise.
+/// The coordinates must be those of floats.
 inline double Orientation(const Projected& a, const Projected& b, const Projected& c) {
-    // Three roundings of half an ulp in each of two terms (Shewchuk 1997), and
-    // one to spare. Neither overflow nor underflow is possible, so magnitudes of
-    // 0 prove an exact 0.
+    // Three roundings of half an ulp in each of two terms (Shewchuk 1997), and one to spare.
+    // Neither overflow nor underflow is possible, so magnitudes of 0 prove an exact 0.
     constexpr double kBound = 4 * 0x1p-53;
     const double left = (b.u - a.u) * (c.v - a.v);
     const double right = (b.v - a.v) * (c.u - a.u);
@@ -59,8 +55,7 @@ inline double Orientation(const Projected& a, const Projected& b, const Projecte
     return ExactOrientation(a, b, c);
 }
 
-/// The component of (b - a) x (c - a) along the dropped axis: the same of the
-/// projections.
+/// The component of (b - a) x (c - a) along the dropped axis: the same of the projections.
 inline double Orientation(const Point& a, const Point& b, const Point& c, DroppedAxis dropped) {
     return Orientation(Project(a, dropped), Project(b, dropped), Project(c, dropped));
 }

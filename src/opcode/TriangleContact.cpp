@@ -29,8 +29,8 @@ double Difference(float a, float b) {
     return static_cast<double>(a) - static_cast<double>(b);
 }
 
-/// The common bounding box of two triangles. Contact points are kept inside it,
-/// whatever their rounding: true ones lie there.
+/// The common bounding box of two triangles. Contact points are kept inside it, whatever their
+/// rounding: true ones lie there.
 class CommonBox {
   public:
     CommonBox(const Triangle& a, const Triangle& b) {
@@ -62,10 +62,9 @@ class CommonBox {
     std::array<float, 3> high_;
 };
 
-/// The point that divides p-q as the weights tell, where `atP` and `atQ` are
-/// proportional to the distances of the ends from what cuts the segment.
-/// Rounding may leave both 0; then any point of the segment is as good as the
-/// other.
+/// The point that divides p-q as the weights tell, where `atP` and `atQ` are proportional to the
+/// distances of the ends from what cuts the segment. Rounding may leave both 0; then any point of
+/// the segment is as good as the other.
 Point Divided(const Point& p, const Point& q, double atP, double atQ, const CommonBox& box) {
     const double span = std::fabs(atP) + std::fabs(atQ);
     const double t = span > 0.0 ? std::fabs(atP) / span : 0.5;
@@ -74,8 +73,7 @@ Point Divided(const Point& p, const Point& q, double atP, double atQ, const Comm
                        static_cast<double>(p.z) + t * Difference(q.z, p.z));
 }
 
-/// A vertex that has the plane to itself: the others lie on the other closed
-/// side of the plane.
+/// A vertex that has the plane to itself: the others lie on the other closed side of the plane.
 struct LoneVertex {
     std::size_t index;
     int side;
@@ -117,8 +115,7 @@ double Above(const Triangle& plane, const Point& p) {
     return Orientation(plane.v[0], plane.v[1], plane.v[2], p);
 }
 
-/// Where the edge from vertex 0 to vertex `end` of `t` passes the plane of
-/// `other`.
+/// Where the edge from vertex 0 to vertex `end` of `t` passes the plane of `other`.
 Point Crossing(const Triangle& t, std::size_t end, const Signs& sides, const Triangle& other,
                const CommonBox& box) {
     if (sides[0] == 0) return t.v[0];
@@ -126,11 +123,10 @@ Point Crossing(const Triangle& t, std::size_t end, const Signs& sides, const Tri
     return Divided(t.v[0], t.v[end], Above(other, t.v[0]), Above(other, t.v[end]), box);
 }
 
-/// The case in which each triangle has points off the other's plane, so that
-/// both meet the common line of the planes in a segment or point, bounded by
-/// the two edges at the lone vertex. With both lone vertices turned to the
-/// positive side of the other plane, the order of two crossings along that line
-/// is the sign of the volume spanned by the two edges.
+/// The case in which each triangle has points off the other's plane, so that both meet the common
+/// line of the planes in a segment or point, bounded by the two edges at the lone vertex. With both
+/// lone vertices turned to the positive side of the other plane, the order of two crossings along
+/// that line is the sign of the volume spanned by the two edges.
 bool FindCrossing(const Triangle& a0, const Signs& sidesA, const Triangle& b0, const Signs& sidesB,
                   const CommonBox& box, ContactPoints& points) {
     const LoneVertex loneA = FindLoneVertex(sidesA);
@@ -151,8 +147,7 @@ bool FindCrossing(const Triangle& a0, const Signs& sidesA, const Triangle& b0, c
     const auto order = [&](std::size_t i, std::size_t j) {
         return SignOf(Orientation(a.v[0], a.v[i], b.v[0], b.v[j]));
     };
-    // Along the common line, a covers [edge 2, edge 1] and b covers [edge 1, edge
-    // 2].
+    // Along the common line, a covers [edge 2, edge 1] and b covers [edge 1, edge 2].
     const int atStartOfB = order(1, 1);
     if (atStartOfB > 0) return false;
     const int atEndOfB = order(2, 2);
@@ -170,8 +165,7 @@ bool HasArea(const Triangle& t) {
     });
 }
 
-/// A triangle reduced to its extreme points: three, or two for a segment, or
-/// one.
+/// A triangle reduced to its extreme points: three, or two for a segment, or one.
 struct Hull {
     std::array<Point, 3> v;
     std::size_t count;
@@ -186,8 +180,8 @@ Hull HullOf(const Triangle& t) {
     return {{*low, *high}, 2};
 }
 
-/// A projection that maps the common plane (or line) of all points one to one;
-/// none when the points span no single plane.
+/// A projection that maps the common plane (or line) of all points one to one; none when the points
+/// span no single plane.
 std::optional<DroppedAxis> FindProjection(const Hull& a, const Hull& b) {
     std::array<Point, 6> all;
     const auto middle = std::copy_n(a.v.begin(), a.count, all.begin());
@@ -206,9 +200,8 @@ std::optional<DroppedAxis> FindProjection(const Hull& a, const Hull& b) {
     return low.x != high.x || low.y != high.y ? DroppedAxis::kZ : DroppedAxis::kX;
 }
 
-/// Two convex sets of one plane. Every corner of the common set is a corner of
-/// one that the other contains, or a proper crossing of two edges; the signs
-/// decide exactly which of these exist.
+/// Two convex sets of one plane. Every corner of the common set is a corner of one that the other
+/// contains, or a proper crossing of two edges; the signs decide exactly which of these exist.
 class PlanarContact {
   public:
     PlanarContact(const Hull& a, const Hull& b, DroppedAxis dropped, const CommonBox& box)
@@ -231,8 +224,8 @@ class PlanarContact {
     }
 
   private:
-    // Edge of the one set, vertex of the other: in proportion to the distance of
-    // the vertex from the edge's line, with the exact sign.
+    // Edge of the one set, vertex of the other: in proportion to the distance of the vertex from
+    // the edge's line, with the exact sign.
     using SideTable = std::array<std::array<double, 3>, 3>;
 
     using Corners = std::array<Projected, 3>;
@@ -287,8 +280,7 @@ DroppedAxis LargestComponentOfNormal(const Triangle& t) {
                                              size.begin())];
 }
 
-/// A segment whose ends lie on different closed sides of the triangle's plane,
-/// not both in it.
+/// A segment whose ends lie on different closed sides of the triangle's plane, not both in it.
 bool FindPiercing(const Hull& segment, const Triangle& t, const CommonBox& box,
                   ContactPoints& points) {
     const Point& p = segment.v[0];
@@ -308,8 +300,7 @@ bool FindPiercing(const Hull& segment, const Triangle& t, const CommonBox& box,
     return true;
 }
 
-/// At least one triangle has all vertices in the plane of the other, or has no
-/// plane of its own.
+/// At least one triangle has all vertices in the plane of the other, or has no plane of its own.
 bool FindFlatContact(const Triangle& a, const Signs& sidesA, const Triangle& b, const Signs& sidesB,
                      const CommonBox& box, ContactPoints& points) {
     const Hull hullA = HullOf(a);

@@ -25,13 +25,11 @@ struct ContactPoints {
     void Add(const Point& point);
 };
 
-/// Whether every coordinate is finite. Others touch nothing, which callers must
-/// see to.
+/// Whether every coordinate is finite. Others touch nothing, which callers must see to.
 bool IsFinite(const Triangle& t);
 
-/// Whether the closed triangles `a` and `b` share a point, exactly; both must
-/// be finite. When they do, `points` (which must be empty) receives the corners
-/// of the common set, at least one.
+/// Whether the closed triangles `a` and `b` share a point, exactly; both must be finite. When they
+/// do, `points` (which must be empty) receives the corners of the common set, at least one.
 bool FindContact(const Triangle& a, const Triangle& b, ContactPoints& points);
 
 /// The same for triangles whose vertices are known to lie in one plane, faster.
