@@ -2,6 +2,7 @@
 #include "platform/Text.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -332,13 +333,18 @@ std::wstring FromInt(std::int64_t value) {
 }
 
 std::wstring FromFixed(double value, int decimals) {
+    // All that a clash point needs; what does not fit gets the room that the longest number takes.
+    std::array<char, 48> usual;
+    const auto shown = std::to_chars(usual.data(), usual.data() + usual.size(), value,
+                                     std::chars_format::fixed, decimals);
+    if (shown.ec == std::errc()) return {usual.data(), shown.ptr};
     constexpr std::size_t kSignPointAndReserve = 8;
     std::string digits(std::numeric_limits<double>::max_exponent10 + kSignPointAndReserve +
                            static_cast<std::size_t>(std::max(decimals, 0)),
                        '\0');
     const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), value,
                                       std::chars_format::fixed, decimals);
-    return std::wstring(digits.data(), result.ptr);
+    return {digits.data(), result.ptr};
 }
 
 }  // namespace kycb::text

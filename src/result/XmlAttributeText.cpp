@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "result/XmlAttributeText.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -112,11 +113,28 @@ void AddAscii(Piece& piece, char32_t c) {
     }
 }
 
+// The length of the beginning that stands for itself, character by character.
+std::size_t PlainLength(std::wstring_view text) {
+    const auto isPlain = [](wchar_t c) {
+        return c >= 0x20 && c < 0x80 && c != L'&' && c != L'<' && c != L'>' && c != L'"';
+    };
+    return static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), isPlain) -
+                                    text.begin());
+}
+
 }  // namespace
 
 void AppendAttributeText(std::string& out, std::wstring_view text) {
+    // Ids and numbers, most of a result file, are plain throughout.
+    const std::size_t plain = PlainLength(text);
+    const std::size_t size = out.size();
+    out.resize(size + plain);
+    std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain),
+                   out.begin() + static_cast<std::ptrdiff_t>(size),
+                   [](wchar_t c) { return static_cast<char>(c); });
+    if (plain == text.size()) return;
     Piece piece(out);
-    for (std::size_t i = 0; i < text.size();) {
+    for (std::size_t i = plain; i < text.size();) {
         const char32_t c = Next(text, i);
         piece.Reserve();
         if (c < 0x80) {
