@@ -25,6 +25,7 @@ void AttCategoryModelInfo::AppendObject(ObjectModelInfo* obj) {
     if (!obj) return;
     objects_.emplace(obj->GetObjGuid(), obj);
     obj->SetBelongCategory(this);
+    if (floor_) floor_->NoteAddedObject();
 }
 
 void AttCategoryModelInfo::ReleaseModel() {

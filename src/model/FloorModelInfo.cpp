@@ -6,15 +6,17 @@
 #include "KYCollisionBase/model/ProjectModelInfo.h"
 #include "KYCollisionBase/model/WorkSetModelInfo.h"
 #include "KYCollisionBase/platform/Numeric.h"
-#include "KYCollisionBase/platform/QuadTree.h"
 #include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
+#include <algorithm>
 #include <locale>
 #include <utility>
 
 #include "logic/StopRequest.h"
+#include "model/FloorTree.h"
 #include "model/NeighbourIndex.h"
+#include "model/NeighbourJoin.h"
 
 namespace KYCOLLISION::MODEL {
 
@@ -62,23 +64,45 @@ void FloorModelInfo::AppendObject(std::wstring spec, std::wstring dalei, std::ws
 
 void FloorModelInfo::BuildQuadTree() {
     DropQuadTree();
-    auto tree = std::make_unique<ObjectTree>(box_.GetBoundingBox2d());
-    for (const auto& [path, category] : categories_) {
-        for (const auto& [guid, obj] : category->GetObjects()) {
-            tree->Insert(obj, obj->GetBoundingBox2d());
-        }
-    }
-    std::vector<ObjectModelInfo*> inTreeOrder;
-    tree->VisitNear(tree->GetBoundingBox(),
-                    [&](ObjectModelInfo* obj, const auto&) { inTreeOrder.push_back(obj); });
-    index_ = std::make_unique<kycb::model::NeighbourIndex>(inTreeOrder);
-    quadTree_ = std::move(tree);
+    quadTree_ = std::make_unique<kycb::model::FloorTree>(box_, GetObjects());
 }
 
 void FloorModelInfo::DropQuadTree() {
     index_.reset();
     quadTree_.reset();
-    boxesMoved_ = false;
+    objectsChanged_ = false;
+    objectsAdded_ = false;
+}
+
+// A step through a sorted map waits for memory. All categories are walked at once, each from both
+// ends, so that the waits overlap.
+std::vector<ObjectModelInfo*> FloorModelInfo::GetObjects() const {
+    using Objects = std::multimap<std::wstring, ObjectModelInfo*>;
+    struct Walk {
+        Objects::const_iterator next;
+        Objects::const_iterator behind;
+        std::size_t first;
+        std::size_t end;
+    };
+    std::size_t count = 0;
+    std::vector<Walk> walks;
+    for (const auto& [path, category] : categories_) {
+        const Objects& objects = category->GetObjects();
+        walks.push_back({objects.begin(), objects.end(), count, count + objects.size()});
+        count += objects.size();
+    }
+    std::vector<ObjectModelInfo*> inOrder(count);
+    while (count > 0) {
+        for (Walk& walk : walks) {
+            if (walk.first == walk.end) continue;
+            inOrder[walk.first++] = (walk.next++)->second;
+            --count;
+            if (walk.first == walk.end) continue;
+            inOrder[--walk.end] = (--walk.behind)->second;
+            --count;
+        }
+    }
+    return inOrder;
 }
 
 std::set<const AttCategoryModelInfo*> FloorModelInfo::CategorySet() const {
@@ -106,16 +130,18 @@ void FloorModelInfo::QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
                                  std::vector<ObjectModelInfo*>& found) {
     if (!quadTree_ || !box.IsIntersect(box_)) return;
     const KYTOOLS::GRAPH::BoundingBox2d plan = box.GetBoundingBox2d();
-    if (!plan.IsIntersect(quadTree_->GetBoundingBox())) return;
+    if (!plan.IsIntersect(quadTree_->GetPlan())) return;
     const double low = box.GetMinZ() + kVerticalInset;
     const double high = box.GetMaxZ() - kVerticalInset;
-    if (!boxesMoved_) {
+    if (IsTreeUpToDate()) {
+        if (!index_)
+            index_ = std::make_unique<kycb::model::NeighbourIndex>(quadTree_->ObjectsByRank());
         index_->Query(box, low, high, found);
         return;
     }
     // A component's place in the tree is that of the build, but the box that counts is the present
     // one, which the index does not know.
-    quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj, const auto&) {
+    quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj) {
         const KYTOOLS::GRAPH::BoundingBox3d own = obj->GetBoundingBox();
         if (own.GetBoundingBox2d().IsIntersect(plan) &&
             KYTOOLS::Numeric::IsDoubleRangeOverLap(own.GetMinZ(), own.GetMaxZ(), low, high)) {
@@ -134,22 +160,30 @@ ObjectModelInfo* FloorModelInfo::GetObjectModelInfo(std::wstring guid) const {
     return nullptr;
 }
 
+// The box around all components as they are now. The floor's own box does not serve, because a
+// component that was moved may lie outside.
+KYTOOLS::GRAPH::BoundingBox3d FloorModelInfo::GetReach() const {
+    if (IsTreeUpToDate() && !objectsAdded_) return quadTree_->GetReach();
+    KYTOOLS::GRAPH::BoundingBox3d reach;
+    for (const ObjectModelInfo* obj : GetObjects()) {
+        reach.Add(obj->GetBoundingBox());
+    }
+    return reach;
+}
+
 // The floors that can hold neighbours of this floor's components, in the order of the work set's
-// walk. The floor's own box does not serve, because a component that was moved may lie outside.
-std::vector<FloorModelInfo*> FloorModelInfo::FloorsNearby() {
+// walk.
+std::vector<FloorModelInfo*> FloorModelInfo::FloorsNearby() const {
     std::vector<FloorModelInfo*> nearby;
     const WorkSetModelInfo* workSet = project_ ? project_->GetBelongWorkSetModel() : nullptr;
     if (!workSet) return nearby;
-    KYTOOLS::GRAPH::BoundingBox3d reach;
-    for (const auto& [path, category] : categories_) {
-        for (const auto& [guid, obj] : category->GetObjects()) {
-            reach.Add(obj->GetBoundingBox());
-        }
-    }
+    const KYTOOLS::GRAPH::BoundingBox3d reach = GetReach();
     for (const auto& [id, project] : workSet->GetProjects()) {
         if (!project) continue;
         for (const auto& [name, floor] : project->GetFloors()) {
-            if (floor && floor->box_.IsIntersect(reach)) nearby.push_back(floor);
+            if (floor && floor->quadTree_ && floor->box_.IsIntersect(reach)) {
+                nearby.push_back(floor);
+            }
         }
     }
     return nearby;
@@ -157,15 +191,30 @@ std::vector<FloorModelInfo*> FloorModelInfo::FloorsNearby() {
 
 void FloorModelInfo::AnalyseBoxRelated() {
     const std::vector<FloorModelInfo*> floors = FloorsNearby();
+    if (!ListNeighboursAtOnce(floors)) ListNeighboursOneByOne(floors);
+}
+
+// False when a tree does not show all components as they are now.
+bool FloorModelInfo::ListNeighboursAtOnce(const std::vector<FloorModelInfo*>& floors) {
+    if (objectsAdded_) return false;
+    std::vector<const kycb::model::FloorTree*> trees;
+    for (const FloorModelInfo* floor : floors) {
+        if (!floor->IsTreeUpToDate() || !floor->quadTree_->HoldsAll()) return false;
+        trees.push_back(floor->quadTree_.get());
+    }
+    if (std::find(floors.begin(), floors.end(), this) == floors.end()) return false;
+    kycb::model::NeighbourJoin(trees, *quadTree_, kVerticalInset).ListNeighbours();
+    return true;
+}
+
+void FloorModelInfo::ListNeighboursOneByOne(const std::vector<FloorModelInfo*>& floors) {
     std::vector<ObjectModelInfo*> candidates;
-    for (const auto& [path, category] : categories_) {
-        for (const auto& [guid, obj] : category->GetObjects()) {
-            candidates.clear();
-            for (FloorModelInfo* floor : floors) {
-                floor->QueryEntity(obj->GetBoundingBox(), candidates);
-            }
-            obj->TakeNeighboursFrom(candidates);
+    for (ObjectModelInfo* obj : GetObjects()) {
+        candidates.clear();
+        for (FloorModelInfo* floor : floors) {
+            floor->QueryEntity(obj->GetBoundingBox(), candidates);
         }
+        obj->TakeNeighboursFrom(candidates);
     }
 }
 

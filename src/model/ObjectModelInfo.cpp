@@ -12,7 +12,10 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <utility>
+
+#include <hwy/cache_control.h>
 
 namespace KYCOLLISION::MODEL {
 
@@ -44,6 +47,10 @@ bool HasItsArrays(const Opcode::MeshInterface& mesh) {
            (mesh.GetNbTriangles() == 0 || mesh.GetTris());
 }
 
+std::size_t HashOf(const std::wstring& guid) {
+    return std::hash<std::wstring>()(guid);
+}
+
 auto FindClashWith(const std::vector<SCollisionWithObj>& clashes, const ObjectModelInfo* other) {
     return std::find_if(clashes.begin(), clashes.end(),
                         [&](const SCollisionWithObj& clash) { return clash.other == other; });
@@ -51,7 +58,8 @@ auto FindClashWith(const std::vector<SCollisionWithObj>& clashes, const ObjectMo
 
 }  // namespace
 
-ObjectModelInfo::ObjectModelInfo(const boost::any& objectId) : objectId_(objectId) {}
+ObjectModelInfo::ObjectModelInfo(const boost::any& objectId)
+    : objectId_(objectId), guidHash_(HashOf(guid_)) {}
 
 ObjectModelInfo::~ObjectModelInfo() {
     ReleaseOpcodeModel();
@@ -61,10 +69,21 @@ void ObjectModelInfo::SetPartId(const boost::any& partId) {
     partId_ = partId;
 }
 
+void ObjectModelInfo::SetObjGuid(const std::wstring& guid) {
+    guid_ = guid;
+    guidHash_ = HashOf(guid_);
+    NoteChange();
+}
+
 void ObjectModelInfo::SetBoundingBox(const KYTOOLS::GRAPH::BoundingBox3d& box) {
     box_ = box;
+    NoteChange();
+}
+
+// What the floor's tree knows of this component is out of date.
+void ObjectModelInfo::NoteChange() {
     FloorModelInfo* floor = category_ ? category_->GetBelongFloorModel() : nullptr;
-    if (floor) floor->NoteMovedBox();
+    if (floor) floor->NoteChangedObject();
 }
 
 int ObjectModelInfo::GetProjId() const {
@@ -87,7 +106,7 @@ WorkSetModelInfo* ObjectModelInfo::GetBelongWorkset() const {
 // only by name when they are not the very same.
 bool ObjectModelInfo::IsSameComponent(const ObjectModelInfo& other) const {
     if (this == &other) return true;
-    if (guid_ != other.guid_) return false;
+    if (guidHash_ != other.guidHash_ || guid_ != other.guid_) return false;
     const FloorModelInfo* floor = category_ ? category_->GetBelongFloorModel() : nullptr;
     const FloorModelInfo* otherFloor =
         other.category_ ? other.category_->GetBelongFloorModel() : nullptr;
@@ -108,6 +127,23 @@ void ObjectModelInfo::AnalyseBoxRelated() {
 void ObjectModelInfo::TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates) {
     std::erase_if(candidates, [this](const ObjectModelInfo* obj) { return IsSameComponent(*obj); });
     boxRelatedObjs_.assign(candidates.begin(), candidates.end());
+}
+
+// Brings the box and what stands beside it near.
+void ObjectModelInfo::PrefetchBox() const {
+    hwy::Prefetch(&box_);
+    hwy::Prefetch(&guidHash_);
+}
+
+// Brings the list near, not its neighbours.
+void ObjectModelInfo::PrefetchNeighbours() const {
+    hwy::Prefetch(&boxRelatedObjs_);
+}
+
+// The caller fills it.
+ObjectModelInfo** ObjectModelInfo::MakeRoomForNeighbours(std::size_t count) {
+    boxRelatedObjs_.resize(count);
+    return boxRelatedObjs_.data();
 }
 
 void ObjectModelInfo::AppendCollisionObj(const SCollisionWithObj& clash) {

@@ -14,6 +14,7 @@
 #include <random>
 
 #include <gmock/gmock.h>
+#include <hwy/targets.h>
 
 #include "support/Kinds.h"
 #include "support/SceneBuilder.h"
@@ -192,16 +193,14 @@ std::vector<ObjectModelInfo*> ObjectsInWalkOrder(const WorkSetModelInfo& model) 
 
 class RandomFloors : public ::testing::TestWithParam<unsigned> {};
 
-TEST_P(RandomFloors, HaveTheNeighbourListsOfTheLiteralRulesInTheSameOrder) {
-    const SceneBuilder scene = RandomScene(GetParam(), 1500, 20000);
+// Compares the lists of all components, and says how many neighbours they hold.
+void ExpectLiteralNeighbours(const SceneBuilder& scene, std::size_t& hits, std::size_t& alone) {
     const auto model = scene.BuildModel();
     model->AnalyseBoxRelated();
     const auto order = InWalkOrder(scene);
     const auto objects = ObjectsInWalkOrder(*model);
     ASSERT_EQ(objects.size(), order.size());
     const auto expected = LiteralNeighbours(order);
-    std::size_t hits = 0;
-    std::size_t alone = 0;
     for (std::size_t i = 0; i < objects.size(); ++i) {
         std::vector<ObjectModelInfo*> neighbours;
         for (const std::size_t j : expected[i]) {
@@ -211,7 +210,13 @@ TEST_P(RandomFloors, HaveTheNeighbourListsOfTheLiteralRulesInTheSameOrder) {
         hits += neighbours.size();
         alone += neighbours.empty() ? 1 : 0;
     }
-    EXPECT_GT(hits, objects.size());
+}
+
+TEST_P(RandomFloors, HaveTheNeighbourListsOfTheLiteralRulesInTheSameOrder) {
+    std::size_t hits = 0;
+    std::size_t alone = 0;
+    ExpectLiteralNeighbours(RandomScene(GetParam(), 1500, 20000), hits, alone);
+    EXPECT_GT(hits, 1500U);
     EXPECT_GT(alone, 0U);
 }
 
@@ -321,6 +326,129 @@ TEST_P(RandomFloors, FollowTheLiteralRulesForComponentsThatWereMovedOrAddedLate)
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomFloors, ::testing::Values(1U, 2U, 3U, 4U));
+
+// Where and how large the boxes of a scene are (mm): places in [at, at + extent), sizes up to
+// `size`, both in steps of `step`, so that shared faces are as frequent as steps are coarse.
+struct Shape {
+    const char* name;
+    int count;
+    std::array<double, 3> extent;
+    std::array<double, 3> size;
+    double at = 0.0;
+    double step = 1.0;
+    int straggling = 0;  // so many boxes are ten million mm away
+};
+
+constexpr Shape kShapes[] = {
+    {"Wide", 4000, {60000, 40000, 3000}, {6000, 6000, 500}},
+    {"Coarse", 3000, {40000, 30000, 3000}, {4000, 3000, 1000}, 0, 500},
+    {"TallCrowd", 4000, {12000, 12000, 90000}, {3000, 2000, 1500}},
+    {"LongAlongX", 2000, {100, 90000, 2500}, {80000, 200, 200}},
+    {"LongAlongY", 2000, {90000, 100, 2500}, {200, 80000, 200}},
+    {"OneSpot", 300, {1, 1, 1}, {50, 50, 50}},
+    {"Thin", 3000, {20000, 20000, 20}, {3000, 3000, 3}},
+    {"StepsBelowSinglePrecision", 3000, {20, 20, 20}, {3, 3, 3}, 3e7, 1.0 / 128},
+    {"StepsBelowDoublePrecision", 1000, {64, 64, 64}, {16, 16, 16}, 1e16, 1.0 / 2},
+    {"OverlapsOfAboutOneInHeight", 3000, {9000, 9000, 30}, {2000, 2000, 12}, 0, 1.0},
+    {"Straggling", 3000, {40000, 30000, 3000}, {4000, 3000, 500}, 0, 1.0, 60},
+    {"Few", 9, {500, 500, 500}, {400, 400, 400}},
+};
+
+SceneBuilder SceneOf(const Shape& shape, unsigned seed) {
+    std::mt19937 random(seed);
+    const auto upTo = [&](double length) {
+        const auto steps = static_cast<unsigned>(length / shape.step);
+        return shape.step * static_cast<double>(random() % (steps + 1));
+    };
+    SceneBuilder scene;
+    for (int i = 0; i < shape.count; ++i) {
+        const double away = i < shape.straggling ? (i % 2 == 0 ? 1e7 : -1e7) : 0.0;
+        std::array<double, 3> low{};
+        std::array<double, 3> high{};
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            low[axis] = shape.at + away + upTo(shape.extent[axis]);
+            high[axis] = low[axis] + upTo(shape.size[axis]);
+        }
+        // One in three stands on a floor that shares the place.
+        scene.At(1, random() % 3 == 0 ? L"1F" : L"2F")
+            .Add(L"g" + std::to_wstring(random() % 5000), random() % 2 == 0 ? kWall : kDuct,
+                 {low[0], low[1], low[2], high[0], high[1], high[2]});
+    }
+    return scene;
+}
+
+class FloorsOfEveryShape : public ::testing::TestWithParam<Shape> {};
+
+TEST_P(FloorsOfEveryShape, HaveTheNeighbourListsOfTheLiteralRulesInTheSameOrder) {
+    std::size_t hits = 0;
+    std::size_t alone = 0;
+    for (unsigned seed = 1; seed <= 3; ++seed) {
+        ExpectLiteralNeighbours(SceneOf(GetParam(), seed), hits, alone);
+    }
+    EXPECT_GT(hits, static_cast<std::size_t>(GetParam().count));
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, FloorsOfEveryShape, ::testing::ValuesIn(kShapes),
+                         [](const auto& shape) { return shape.param.name; });
+
+TEST(AnalyseBoxRelated, GivesTheSameListsOnEveryInstructionSet) {
+    for (std::int64_t rest = hwy::SupportedTargets(); rest != 0; rest &= rest - 1) {
+        const std::int64_t target = rest & -rest;
+        SCOPED_TRACE(hwy::TargetName(target));
+        hwy::SetSupportedTargetsForTest(target);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        std::size_t hits = 0;
+        std::size_t alone = 0;
+        for (const Shape& shape : {kShapes[1], kShapes[2], kShapes[7]}) {
+            ExpectLiteralNeighbours(SceneOf(shape, 7), hits, alone);
+        }
+        hwy::SetSupportedTargetsForTest(0);
+        hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+        EXPECT_GT(hits, 3000U);
+    }
+}
+
+TEST(AnalyseBoxRelated, ListsOneFloorAsItDoesAll) {
+    const SceneBuilder scene = RandomScene(9, 1500, 12000);
+    const auto all = scene.BuildModel();
+    const auto one = scene.BuildModel();
+    all->AnalyseBoxRelated();
+    one->AnalyseBoxRelated({2, L"1F"});
+    const auto expected = ObjectsInWalkOrder(*all);
+    const auto objects = ObjectsInWalkOrder(*one);
+    std::size_t hits = 0;
+    for (std::size_t i = 0; i < objects.size(); ++i) {
+        const bool asked = objects[i]->GetProjId() == 2 && objects[i]->GetFloorName() == L"1F";
+        EXPECT_EQ(GuidsOf(objects[i]->GetBoxRelatedObjs()),
+                  asked ? GuidsOf(expected[i]->GetBoxRelatedObjs()) : std::vector<std::wstring>());
+        hits += objects[i]->GetBoxRelatedObjs().size();
+    }
+    EXPECT_GT(hits, 200U);
+}
+
+TEST(AnalyseBoxRelated, KnowsTheSameComponentByTheGuidThatItHasNow) {
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    scene.Add(L"b", kSlab, {0, 0, 0, 100, 100, 100});
+    scene.Add(L"c", kDuct, {0, 0, 0, 100, 100, 100});
+    const auto model = scene.BuildModel();
+    ObjectOf(*model, L"b")->SetObjGuid(L"a");
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(GuidsOf(FloorOf(*model)->GetObjectModelInfo(L"a")->GetBoxRelatedObjs()),
+                ElementsAre(L"c"));
+}
+
+TEST(AnalyseBoxRelated, ListsForAComponentThatAKindWasGivenDirectly) {
+    SceneBuilder scene;
+    scene.Add(L"a", kWall, {0, 0, 0, 100, 100, 100});
+    const auto model = scene.BuildModel();
+    AttCategoryModelInfo* walls = FloorOf(*model)->GetCategories().begin()->second;
+    auto* late = NewObject(L"late", {50, 50, 0, 150, 150, 100});
+    walls->AppendObject(late);
+    model->AnalyseBoxRelated();
+    EXPECT_THAT(GuidsOf(late->GetBoxRelatedObjs()), ElementsAre(L"a"));
+    EXPECT_THAT(ObjectOf(*model, L"a")->GetBoxRelatedObjs(), IsEmpty());
+}
 
 TEST(AnalyseBoxRelated, CopesWithExtremeBoxes) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();

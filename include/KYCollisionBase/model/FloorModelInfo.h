@@ -27,8 +27,9 @@ struct CExistingHole;
 }  // namespace KYCOLLISION::RESULT
 struct SObjAttInfo;
 namespace kycb::model {
+class FloorTree;
 class NeighbourIndex;
-}
+}  // namespace kycb::model
 
 namespace KYCOLLISION::MODEL {
 
@@ -146,13 +147,18 @@ class KYCB_API FloorModelInfo {
     friend class ProjectModelInfo;
 
     class ResultBuilder;
-    using ObjectTree = KYTOOLS::GRAPH::QuadTree<ObjectModelInfo*>;
     using AxisTree = KYTOOLS::GRAPH::QuadTree<LOGIC::SQNGIAxisItem*>;
 
     void DropQuadTree();
     void DeleteCategories();
-    std::vector<FloorModelInfo*> FloorsNearby();
-    void NoteMovedBox() { boxesMoved_ = true; }
+    std::vector<ObjectModelInfo*> GetObjects() const;
+    KYTOOLS::GRAPH::BoundingBox3d GetReach() const;
+    std::vector<FloorModelInfo*> FloorsNearby() const;
+    bool ListNeighboursAtOnce(const std::vector<FloorModelInfo*>& floors);
+    void ListNeighboursOneByOne(const std::vector<FloorModelInfo*>& floors);
+    bool IsTreeUpToDate() const { return quadTree_ && !objectsChanged_; }
+    void NoteChangedObject() { objectsChanged_ = true; }
+    void NoteAddedObject() { objectsAdded_ = true; }
     std::set<const AttCategoryModelInfo*> CategorySet() const;
     bool GetIsMainObj(LOGIC::IModelDataSource* source, ObjectModelInfo* a,
                       const AttCategory& categoryA, ObjectModelInfo* b,
@@ -173,9 +179,10 @@ class KYCB_API FloorModelInfo {
     double top_ = 0.0;
     KYTOOLS::GRAPH::BoundingBox3d box_;
     std::map<std::wstring, AttCategoryModelInfo*> categories_;
-    std::unique_ptr<ObjectTree> quadTree_;
-    std::unique_ptr<kycb::model::NeighbourIndex> index_;  // the tree's components, found faster
-    bool boxesMoved_ = false;  // a component's box was set after the tree was built
+    std::unique_ptr<kycb::model::FloorTree> quadTree_;
+    std::unique_ptr<kycb::model::NeighbourIndex> index_;  // of the tree; made by the first query
+    bool objectsChanged_ = false;  // a component's box or GUID was set after the tree was built
+    bool objectsAdded_ = false;    // a component was appended after the tree was built
 };
 
 }  // namespace KYCOLLISION::MODEL

@@ -6,6 +6,7 @@
 #include "KYCollisionBase/platform/BoundingBox3d.h"
 #include "KYCollisionBase/platform/CQNIMShell.h"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
@@ -26,6 +27,11 @@ struct CExistingHole;
 namespace KYCOLLISION::Rule {
 class KyAttrRangeFilter;
 }
+
+namespace kycb::model {
+class FloorTree;
+class NeighbourJoin;
+}  // namespace kycb::model
 
 namespace KYCOLLISION::MODEL {
 
@@ -66,7 +72,7 @@ class KYCB_API ObjectModelInfo {
     /// The component's GUID text: the order within its category, and what lookups and
     /// related-object lists name it by. To be set before the component is appended, in lower case
     /// (lookups by GUID find no other).
-    void SetObjGuid(const std::wstring& guid) { guid_ = guid; }
+    void SetObjGuid(const std::wstring& guid);
     const std::wstring& GetObjGuid() const { return guid_; }
     void SetObjAttname(const std::wstring& name) { name_ = name; }
     const std::wstring& GetObjAttname() const { return name_; }
@@ -175,12 +181,19 @@ class KYCB_API ObjectModelInfo {
   private:
     friend class FloorModelInfo;
     friend class WorkSetModelInfo;
+    friend class kycb::model::FloorTree;
+    friend class kycb::model::NeighbourJoin;
 
     struct RelatedGuids;
 
     std::map<std::wstring, std::wstring> ReadAttributes(const IModelDataSource* source) const;
     bool IsSameComponent(const ObjectModelInfo& other) const;
+    std::size_t GetGuidHash() const { return guidHash_; }
+    void NoteChange();
     void TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates);
+    void PrefetchBox() const;
+    void PrefetchNeighbours() const;
+    ObjectModelInfo** MakeRoomForNeighbours(std::size_t count);
     bool IsFilteredOut(IModelDataSource* source, const Rule::KyAttrRangeFilter* filter) const;
     bool IsToBeTestedWith(IModelDataSource* source, const RelatedGuids& related,
                           ObjectModelInfo* other, const Rule::KyAttrRangeFilter* filter) const;
@@ -194,6 +207,7 @@ class KYCB_API ObjectModelInfo {
     std::wstring syscode_;
     AttCategoryModelInfo* category_ = nullptr;
     KYTOOLS::GRAPH::BoundingBox3d box_;
+    std::size_t guidHash_;  // tells most components apart without reading their GUIDs
     std::vector<ObjectModelInfo*> boxRelatedObjs_;
     std::vector<SCollisionWithObj> collisionObjs_;
     std::map<int, Opcode::Model*> opcodeModels_;
