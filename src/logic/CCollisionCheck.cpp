@@ -3,16 +3,19 @@
 
 #include "KYCollisionBase/logic/IModelDataSource.h"
 #include "KYCollisionBase/model/ICollisionModel.h"
+#include "KYCollisionBase/model/WorkSetModelInfo.h"
 #include "KYCollisionBase/result/CExistingHole.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <set>
 #include <utility>
 
 #include "logic/StopRequest.h"
+#include "model/MeshBudget.h"
 #include "platform/Pause.h"
 
 namespace kycb::logic {
@@ -125,6 +128,9 @@ ECheckReturn CCollisionCheck::CollisionCheck(const std::vector<SCollisionFloor>&
     if (!dataSource_) return CHECK_NO_DATASOURCE;
     ResetCheckStatus();
     ResetCollisionTempData();
+    std::optional<kycb::model::MeshBudget> budget;
+    const auto* workSet = dynamic_cast<const MODEL::WorkSetModelInfo*>(model_.get());
+    if (meshMemoryLimit_ != 0 && workSet) budget.emplace(*workSet, meshMemoryLimit_);
     for (const SCollisionFloor& floor : floors) {
         if (CheckFloor(floor) == CHECK_STOPPED) return CHECK_STOPPED;
     }

@@ -15,6 +15,7 @@
 
 #include "logic/StopRequest.h"
 #include "model/FloorTree.h"
+#include "model/MeshBudget.h"
 #include "model/NeighbourIndex.h"
 #include "model/NeighbourJoin.h"
 
@@ -219,13 +220,24 @@ void FloorModelInfo::ListNeighboursOneByOne(const std::vector<FloorModelInfo*>& 
 }
 
 void FloorModelInfo::CollisionCheck(LOGIC::IModelDataSource* source, int& checkedCount) {
+    auto* budget = kycb::model::MeshBudget::Current();
+    if (budget) budget->BeginFloor(GetCheckedObjects());
     for (const auto& [path, category] : categories_) {
         if (!category->GetCollisionRuleItem()) continue;
         for (const auto& [guid, obj] : category->GetObjects()) {
             obj->CollisionCheck(source, checkedCount);
             if (kycb::logic::IsStopRequested()) return;
+            if (budget) budget->EndTurn();
         }
     }
+}
+
+std::vector<ObjectModelInfo*> FloorModelInfo::GetCheckedObjects() const {
+    std::vector<ObjectModelInfo*> objects = GetObjects();
+    std::erase_if(objects, [](const ObjectModelInfo* obj) {
+        return !obj->GetBelongCategoryModel()->GetCollisionRuleItem();
+    });
+    return objects;
 }
 
 int FloorModelInfo::GetAllObjectNum() {

@@ -17,6 +17,8 @@
 
 #include <hwy/cache_control.h>
 
+#include "model/MeshBudget.h"
+
 namespace KYCOLLISION::MODEL {
 
 namespace {
@@ -185,12 +187,14 @@ Opcode::Model* ObjectModelInfo::GetOpcodeModel(IModelDataSource* source, int bod
         source->CreateOpcodeModel(GetProjId(), byPart ? partId_ : objectId_, bodyOffset));
     if (!model) return nullptr;
     opcodeModels_.emplace(bodyOffset, model.get());
+    if (auto* budget = kycb::model::MeshBudget::Current()) budget->Take(*model);
     return model.release();
 }
 
 void ObjectModelInfo::ReleaseOpcodeModel() {
     for (const auto& [bodyOffset, model] : std::exchange(opcodeModels_, {})) {
-        OwnedOpcodeModel{model}.reset();
+        const OwnedOpcodeModel owned(model);
+        if (auto* budget = kycb::model::MeshBudget::Current()) budget->GiveBack(*owned);
     }
 }
 

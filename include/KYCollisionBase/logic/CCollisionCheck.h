@@ -5,6 +5,7 @@
 #include "KYCollisionBase/logic/ECheckReturn.h"
 #include "KYCollisionBase/logic/SCollisionFloor.h"
 
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -91,6 +92,14 @@ class KYCB_API CCollisionCheck {
     /// 10 ms after each floor, so that a host's window gets its turn.
     ECheckReturn CollisionCheck(const std::vector<SCollisionFloor>& floors);
 
+    /// Bounds the memory of the meshes that a run keeps (bytes); 0, the default, for no bound. Over
+    /// the limit, meshes that no later pair of the floor needs are released; a later floor asks the
+    /// data source for them again. What a floor does need is kept whatever it takes, and the
+    /// results are the same. A mesh counts with its vertices and triangles and with what a search
+    /// tree over them may take. Holds from the next run on, for models that are WorkSetModelInfo.
+    void SetMeshMemoryLimit(std::size_t bytes) { meshMemoryLimit_ = bytes; }
+    std::size_t GetMeshMemoryLimit() const { return meshMemoryLimit_; }
+
     /// Components of the floor being checked. May be polled from any thread.
     int GetAllCheckObjectNum();
     /// Components of that floor whose check has started; stays below the total where kinds without
@@ -134,6 +143,7 @@ class KYCB_API CCollisionCheck {
     int allCheckObjectNum_ = 0;
     int checkedObjectNum_ = 0;
     std::mutex curCheckFloorLock_;
+    std::size_t meshMemoryLimit_ = 0;
 };
 
 }  // namespace KYCOLLISION::LOGIC

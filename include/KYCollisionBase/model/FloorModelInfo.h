@@ -152,6 +152,7 @@ class KYCB_API FloorModelInfo {
     void DropQuadTree();
     void DeleteCategories();
     std::vector<ObjectModelInfo*> GetObjects() const;
+    std::vector<ObjectModelInfo*> GetCheckedObjects() const;
     KYTOOLS::GRAPH::BoundingBox3d GetReach() const;
     std::vector<FloorModelInfo*> FloorsNearby() const;
     bool ListNeighboursAtOnce(const std::vector<FloorModelInfo*>& floors);
