@@ -82,7 +82,7 @@ ExitCode CheckAndReport(const CheckOptions& options, RunInputs inputs, Progress&
     progress.Show("build", "neighbours");
     CheckRun run(inputs.workset, std::move(inputs.rules.rules));
     report.cost.buildSeconds = watch.Lap();
-    report.stopped = !run.Run(inputs.floors, progress);
+    report.stopped = !run.Run(inputs.floors, options.jobs, progress);
     report.cost.checkSeconds = watch.Lap();
 
     const auto clashes = TrackClashes(run.TakeClashes(), std::move(inputs.previous),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -24,7 +25,8 @@ struct CheckOptions {
     int circleSegments = 24;                        ///< chords of a full circle
     ReportFormat format = ReportFormat::Text;
     PairListing listing = PairListing::Shortened;
-    bool quiet = false;  ///< no progress, even on a terminal
+    std::size_t jobs = 1;  ///< floors checked at a time, each in a process of its own
+    bool quiet = false;    ///< no progress, even on a terminal
 };
 
 /// Reads the models, runs the check and prints the report to the standard output stream. Errors

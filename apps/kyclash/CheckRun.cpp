@@ -10,7 +10,9 @@
 #include <unordered_set>
 
 #include "ifchost/HostText.h"
+#include "kyclash/FloorWorkers.h"
 #include "kyclash/NumberText.h"
+#include "platform/Workers.h"
 
 namespace kyclash {
 namespace {
@@ -90,7 +92,14 @@ CheckRun::CheckRun(std::shared_ptr<const ifchost::IfcWorkset> workset,
     check_.InitCollisionModel();
 }
 
-bool CheckRun::Run(const std::vector<SCollisionFloor>& floors, Progress& progress) {
+bool CheckRun::Run(const std::vector<SCollisionFloor>& floors, std::size_t jobs,
+                   Progress& progress) {
+    jobs = MostWorkers(std::min(jobs, floors.size()));
+    if (jobs > 1) {
+        WorkersOutcome outcome = CheckInWorkers(check_, *source_, floors, jobs, progress);
+        notesOfWorkers_ = std::move(outcome.notes);
+        return !outcome.stopped;
+    }
     auto run = std::async(std::launch::async, [&] { return check_.CollisionCheck(floors); });
     while (run.wait_for(kPollInterval) != std::future_status::ready) {
         progress.Show("check", "floor " + ToUtf8(check_.GetCurCheckFloor()),
@@ -99,6 +108,10 @@ bool CheckRun::Run(const std::vector<SCollisionFloor>& floors, Progress& progres
     }
     progress.Clear();
     return run.get() != KYCOLLISION::LOGIC::CHECK_STOPPED;
+}
+
+const std::vector<ifchost::BodyNote>& CheckRun::BodyNotes() const {
+    return notesOfWorkers_ ? *notesOfWorkers_ : source_->BodyNotes();
 }
 
 std::vector<ResultItemPtr> CheckRun::TakeClashes() {

@@ -34,9 +34,11 @@ class CheckRun {
     CheckRun(const CheckRun&) = delete;
     CheckRun& operator=(const CheckRun&) = delete;
 
-    /// Runs on a thread of its own, as the library's other hosts do, and shows the progress.
+    /// Runs on a thread of its own, as the library's other hosts do, and shows the progress. With
+    /// more than one job, that many floors at a time are checked in worker processes; what is
+    /// found, and its order, are the same.
     /// @return false when the user stopped it.
-    bool Run(const std::vector<SCollisionFloor>& floors, Progress& progress);
+    bool Run(const std::vector<SCollisionFloor>& floors, std::size_t jobs, Progress& progress);
 
     /// The clashes of all floors, with positions in world coordinates; once per run. A run over
     /// some floors records clashes on components of others too, and a pair is listed on the floor
@@ -55,12 +57,14 @@ class CheckRun {
     std::vector<FloorSize> SizesOf(const std::vector<SCollisionFloor>& floors);
 
     const ifchost::IfcWorkset& Workset() const { return *workset_; }
-    const ifchost::IfcDataSource& Source() const { return *source_; }
+    /// What the run found wrong with bodies.
+    const std::vector<ifchost::BodyNote>& BodyNotes() const;
 
   private:
     std::shared_ptr<const ifchost::IfcWorkset> workset_;
     KYCOLLISION::LOGIC::CCollisionCheck check_;
     ifchost::IfcDataSource* source_;  // the driver's
+    std::optional<std::vector<ifchost::BodyNote>> notesOfWorkers_;
 };
 
 }  // namespace kyclash

@@ -131,7 +131,7 @@ void ReportModels(const CheckRun& run, CheckReport& report) {
     for (const auto& unmapped : workset.Unmapped())
         report.unmapped[unmapped.ifcClass] += unmapped.count;
     report.localOrigin = workset.Origin().origin;
-    for (const auto& note : run.Source().BodyNotes()) {
+    for (const auto& note : run.BodyNotes()) {
         const auto& component = workset.Components()[note.component];
         report.models[static_cast<std::size_t>(component.projectId) - 1].warnings.push_back(
             {BodyDefectSort(note.defect),

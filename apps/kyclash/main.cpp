@@ -61,6 +61,9 @@ void AddCheck(CLI::App& app, CommandLine& line) {
         "--list", [&options] { options.listing = kyclash::PairListing::Complete; },
         "Name every clashing pair, however many there are");
     AddJson(*check, options.format);
+    check->add_option("--jobs", options.jobs, "Check this many floors at a time, in processes")
+        ->check(CLI::Range(1, 256))
+        ->capture_default_str();
     check->add_flag("--quiet", options.quiet, "Show no progress");
     check->callback([&line] { line.run = [&line] { return RunCheck(line.check); }; });
 }
