@@ -349,7 +349,7 @@ TEST(MeshQuery, CollidesAModelWithItself) {
 TEST(MeshQuery, DoesNotDependOnTheOrderOfTrianglesAndVertices) {
     Random random(8);
     const MeshData a = Soup(random, 150, 0.4);
-    const MeshData b = GridBoxes(random, 3);
+    const MeshData b = GridBoxes(random, 100);
     MeshData shuffled;
     std::vector<std::uint32_t> number;
     for (std::uint32_t i = 0; i < a.triangles.size(); ++i)
