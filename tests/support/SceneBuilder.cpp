@@ -107,7 +107,10 @@ std::unique_ptr<WorkSetModelInfo> SceneBuilder::BuildModel() const {
             project->AppendFloor(component.floorName, floor);
         }
         const AttCategory& c = component.category;
-        floor->AppendObject(c.specialty, c.dalei, c.xiaolei, NewObject(component));
+        ObjectModelInfo* obj = NewObject(component);
+        floor->AppendObject(c.specialty, c.dalei, c.xiaolei, obj);
+        // One that has no category path stays the host's.
+        if (!obj->GetBelongCategoryModel()) delete obj;
     }
     for (const auto& [id, project] : model->GetProjects()) {
         for (const auto& [name, floor] : project->GetFloors()) {
