@@ -151,6 +151,14 @@ TEST(AxisLocator, TruncatesTheOffset) {
     EXPECT_EQ(Locate(1249.99, 10, grid), L"1(+1249mm) / A(+10mm)");
 }
 
+TEST(AxisLocator, AnOffsetJustBelowAWholeMillimetreIsTruncatedToo) {
+    // The axis rises by 1 in 1000 and passes 1 mm below the point, so that it is 1 / sqrt(1 + 1e-6)
+    // = 0.9999995 mm away.
+    AxisGrid grid;
+    grid.Line(L"1", -17500, 1480, 22500, 1520);
+    EXPECT_EQ(Locate(1500, 1500, grid), L"1(+0mm)");
+}
+
 TEST(AxisLocator, AnEmptyTreeGivesTheOtherPosition) {
     AxisGrid grid;
     EXPECT_EQ(Locate(0, 0, grid), kOther);
