@@ -12,7 +12,7 @@ build_packages=(
 )
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev clang clang-format clang-tidy
-    libclang-rt-14-dev libxml2-utils locales valgrind
+    libclang-rt-14-dev libxml2-utils locales valgrind libc6-dbg
 )
 # For the controls and the desktop host; without them both are left out.
 ui_packages=(
