@@ -405,20 +405,20 @@ class Descent {
         }
     }
 
+    SegmentEnds ends_;
+    PlanarPoints planarPoints_;
     MeshTree& a_;
     MeshTree& b_;
     const Query& query_;
     Scratch& scratch_ = ThreadScratch();
-    const float reach_;
-    const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
-    const float patchSlack_ = kPatchSlack * reach_;
-    const EndsWanted wanted_;
-    bool full_ = false;
     PairQueue& candidates_ = scratch_.candidates;
     PairQueue& touching_ = scratch_.touching;
     PairQueue& coplanar_ = scratch_.coplanar;
-    SegmentEnds ends_;
-    PlanarPoints planarPoints_;
+    const float reach_;
+    const float patchSlack_ = kPatchSlack * reach_;
+    const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    bool full_ = false;
+    const EndsWanted wanted_;
 };
 
 void Descend(MeshTree& a, MeshTree& b, const Query& query) {
