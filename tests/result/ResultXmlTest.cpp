@@ -2,6 +2,8 @@
 #include "KYCollisionBase/platform/HostServices.h"
 #include "KYCollisionBase/result/KyWorksetResultData.h"
 
+#include <algorithm>
+#include <chrono>
 #include <limits>
 #include <random>
 
@@ -541,7 +543,6 @@ TEST(ResultXml, SavingReplacesAnOlderFile) {
 
 TEST(ResultXml, AFileIsWholeWheneverASavingProcessIsKilled) {
     constexpr int kKills = 200;
-    constexpr unsigned kLongestDelay = 8000;  // microseconds; a save takes about a tenth of it
     const TempFolder folder;
     const std::wstring path = folder.File("r.xml");
     const auto resultsOf = [](const std::wstring& remark, int count) {
@@ -552,7 +553,12 @@ TEST(ResultXml, AFileIsWholeWheneverASavingProcessIsKilled) {
     };
     const auto small = resultsOf(L"small", 40);
     const auto large = resultsOf(L"large", 400);
+    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(large->SerializeToXml(path));
+    const auto saveTime = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now() - start);
+    // Some ten saves, so that most kills come after the first, however slow the machine is.
+    const auto longestDelay = static_cast<unsigned>(std::max<long>(8000, 10 * saveTime.count()));
     const std::string largeBytes = folder.Read("r.xml");
     ASSERT_TRUE(small->SerializeToXml(path));
     const std::string smallBytes = folder.Read("r.xml");
@@ -566,7 +572,7 @@ TEST(ResultXml, AFileIsWholeWheneverASavingProcessIsKilled) {
             return (next ? small : large)->SerializeToXml(path);
         };
         const auto end = kycbtest::RunUntilKilled(saveOneAfterTheOther,
-                                                  static_cast<unsigned>(random()) % kLongestDelay);
+                                                  static_cast<unsigned>(random()) % longestDelay);
         EXPECT_EQ(end, kycbtest::ChildEnd::kKilled) << "a save failed after an earlier kill";
         const std::string bytes = folder.Read("r.xml");
         ASSERT_TRUE(bytes == smallBytes || bytes == largeBytes) << "round " << round;

@@ -4,6 +4,8 @@
 #include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
+#include <algorithm>
+#include <chrono>
 #include <random>
 
 #include <gmock/gmock.h>
@@ -345,7 +347,6 @@ TEST(KyCollisionRuleMgr, LeavesTheOldFileWhenItCannotSave) {
 
 TEST(KyCollisionRuleMgr, LeavesAWholeFileWheneverASavingProcessIsKilled) {
     constexpr int kKills = 200;
-    constexpr unsigned kLongestDelay = 8000;  // microseconds; a save takes about a tenth of it
     const kycbtest::TempFolder folder;
     const std::wstring path = folder.File("rules.xml");
     const auto fill = [](KyCollisionRuleMgr& manager, int items) {
@@ -358,7 +359,12 @@ TEST(KyCollisionRuleMgr, LeavesAWholeFileWheneverASavingProcessIsKilled) {
     KyCollisionRuleMgr large;
     fill(small, 20);
     fill(large, 300);
+    const auto start = std::chrono::steady_clock::now();
     ASSERT_TRUE(large.SaveToXMLFile(path));
+    const auto saveTime = std::chrono::duration_cast<std::chrono::microseconds>(
+        std::chrono::steady_clock::now() - start);
+    // Some ten saves, so that most kills come after the first, however slow the machine is.
+    const auto longestDelay = static_cast<unsigned>(std::max<long>(8000, 10 * saveTime.count()));
     const std::string largeBytes = folder.Read("rules.xml");
     ASSERT_TRUE(small.SaveToXMLFile(path));
     const std::string smallBytes = folder.Read("rules.xml");
@@ -372,7 +378,7 @@ TEST(KyCollisionRuleMgr, LeavesAWholeFileWheneverASavingProcessIsKilled) {
             return (next ? small : large).SaveToXMLFile(path);
         };
         const auto end = kycbtest::RunUntilKilled(saveOneAfterTheOther,
-                                                  static_cast<unsigned>(random()) % kLongestDelay);
+                                                  static_cast<unsigned>(random()) % longestDelay);
         EXPECT_EQ(end, kycbtest::ChildEnd::kKilled) << "a save failed after an earlier kill";
         const std::string bytes = folder.Read("rules.xml");
         ASSERT_TRUE(bytes == smallBytes || bytes == largeBytes) << "round " << round;
