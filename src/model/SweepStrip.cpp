@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: Apache-2.0
 // The inner loop of the box sweep, compiled once for each instruction set.
-// Sets that bring nothing over their neighbours would only cost size.
-#define HWY_DISABLED_TARGETS (HWY_SSSE3 | HWY_AVX3_DL)
+#include "opcode/Targets.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "model/SweepStrip.cpp"
-
-#include "model/SweepStrip.h"
 
 #include <cmath>
 
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
+
+#include "model/SweepStrip.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace kycb::model::HWY_NAMESPACE {
