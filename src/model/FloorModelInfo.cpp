@@ -16,7 +16,6 @@
 #include "logic/StopRequest.h"
 #include "model/FloorTree.h"
 #include "model/MeshBudget.h"
-#include "model/NeighbourIndex.h"
 #include "model/NeighbourJoin.h"
 
 namespace KYCOLLISION::MODEL {
@@ -69,7 +68,6 @@ void FloorModelInfo::BuildQuadTree() {
 }
 
 void FloorModelInfo::DropQuadTree() {
-    index_.reset();
     quadTree_.reset();
     objectsChanged_ = false;
     objectsAdded_ = false;
@@ -134,14 +132,8 @@ void FloorModelInfo::QueryEntity(const KYTOOLS::GRAPH::BoundingBox3d& box,
     if (!plan.IsIntersect(quadTree_->GetPlan())) return;
     const double low = box.GetMinZ() + kVerticalInset;
     const double high = box.GetMaxZ() - kVerticalInset;
-    if (IsTreeUpToDate()) {
-        if (!index_)
-            index_ = std::make_unique<kycb::model::NeighbourIndex>(quadTree_->ObjectsByRank());
-        index_->Query(box, low, high, found);
-        return;
-    }
     // A component's place in the tree is that of the build, but the box that counts is the present
-    // one, which the index does not know.
+    // one.
     quadTree_->VisitNear(plan, [&](ObjectModelInfo* obj) {
         const KYTOOLS::GRAPH::BoundingBox3d own = obj->GetBoundingBox();
         if (own.GetBoundingBox2d().IsIntersect(plan) &&

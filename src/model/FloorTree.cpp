@@ -96,15 +96,6 @@ FloorTree::FloorTree(const BoundingBox3d& floorBox, const std::vector<ObjectMode
     }
 }
 
-std::vector<FloorTree::ObjectModelInfo*> FloorTree::ObjectsByRank() const {
-    std::vector<ObjectModelInfo*> objects;
-    objects.reserve(members_.size());
-    for (const Member& member : members_) {
-        objects.push_back(member.object);
-    }
-    return objects;
-}
-
 void FloorTree::AddNodes() {
     AddNode(root_, 0, static_cast<std::uint32_t>(members_.size()));
 }

@@ -40,7 +40,6 @@ class FloorTree {
 
     /// By rank.
     const std::vector<Member>& Members() const { return members_; }
-    std::vector<ObjectModelInfo*> ObjectsByRank() const;
 
     /// The tree's place in plan.
     const BoundingBox2d& GetPlan() const { return root_.GetBoundingBox(); }

@@ -28,7 +28,6 @@ struct CExistingHole;
 struct SObjAttInfo;
 namespace kycb::model {
 class FloorTree;
-class NeighbourIndex;
 }  // namespace kycb::model
 
 namespace KYCOLLISION::MODEL {
@@ -181,7 +180,6 @@ class KYCB_API FloorModelInfo {
     KYTOOLS::GRAPH::BoundingBox3d box_;
     std::map<std::wstring, AttCategoryModelInfo*> categories_;
     std::unique_ptr<kycb::model::FloorTree> quadTree_;
-    std::unique_ptr<kycb::model::NeighbourIndex> index_;  // of the tree; made by the first query
     bool objectsChanged_ = false;  // a component's box or GUID was set after the tree was built
     bool objectsAdded_ = false;    // a component was appended after the tree was built
 };
