@@ -5,11 +5,17 @@ import fs from 'node:fs';
 
 import { ConvertError, ExitCode } from './errors.mjs';
 
+// What Node.js reads at once.
+const MAX_BYTES = 2 ** 31 - 1;
 const HEAD_BYTES = 4096;
+const HEADER_BYTES = 65536;
 const TAIL_BYTES = 65536;
 const CHUNK_BYTES = 1 << 24;
 
 function readBytes(path) {
+  if (fs.statSync(path, { throwIfNoEntry: false })?.size > MAX_BYTES) {
+    throw new ConvertError(ExitCode.Input, 'cannot read the file: it is larger than 2 GiB');
+  }
   try {
     return fs.readFileSync(path);
   } catch (error) {
@@ -30,6 +36,11 @@ export function checkStepFrame(bytes) {
   if (!tail.includes('END-ISO-10303-21')) {
     throw new ConvertError(ExitCode.Input, 'the file is cut short: no END-ISO-10303-21 at its end');
   }
+}
+
+/** Whether the header says what the data are; the reader has no word of its own for a lack of it. */
+export function namesSchema(bytes) {
+  return Buffer.from(bytes.subarray(0, HEADER_BYTES)).toString('latin1').includes('FILE_SCHEMA');
 }
 
 function isUtf8(bytes) {

@@ -4,6 +4,7 @@
 import { createRequire } from 'node:module';
 
 import { ConvertError, ExitCode } from './errors.mjs';
+import { namesSchema } from './input.mjs';
 
 const LOG_OFF = 6;
 const SUPPORTED_SCHEMA = /^IFC(2X3|4|4X3)/;
@@ -76,7 +77,9 @@ export class IfcModel {
         CIRCLE_SEGMENTS: circleSegments + 1,
       });
     } catch (error) {
-      throw new ConvertError(ExitCode.Input, `not an IFC file: ${error.message ?? error}`);
+      const reason = namesSchema(bytes) ? `the reader cannot open it: ${error.message ?? error}`
+        : 'not an IFC file: no FILE_SCHEMA in its header';
+      throw new ConvertError(ExitCode.Input, reason);
     }
     const schema = handle < 0 ? '' : IfcModel.#schema(api, W, handle);
     if (!SUPPORTED_SCHEMA.test(schema)) {

@@ -63,6 +63,7 @@ for (const [what, content, message] of [
   ['an empty file', '', /not an IFC file/],
   ['a text that is no IFC', 'hello', /not an IFC file/],
   ['a file that is cut short', TEXT.slice(0, -40), /cut short/],
+  ['a file that names no schema', TEXT.replace(/FILE_SCHEMA.*;\n/, ''), /no FILE_SCHEMA/],
   ['a schema that is not known', TEXT.replace("'IFC4'", "'AUTOMOTIVE_DESIGN'"), /schema/],
 ]) {
   test(`${what} is refused with code 3`, () => {
@@ -73,6 +74,17 @@ for (const [what, content, message] of [
     assert.ok(!run.written);
   });
 }
+
+test('an input of more than 2 GiB is refused with code 3', () => {
+  const input = path.join(folder, 'large.ifc');
+  fs.writeFileSync(input, '');
+  fs.truncateSync(input, 2 ** 31 + 1);  // takes no room on the disk
+  const run = spawnSync(process.execPath,
+    [SCRIPT, `--input=${input}`, `--output=${folder}/x`], { encoding: 'utf8' });
+  fs.rmSync(input);
+  assert.equal(run.status, 3);
+  assert.match(run.stderr, /larger than 2 GiB/);
+});
 
 test('an input that is not there is refused with code 3', () => {
   const run = spawnSync(process.execPath,
