@@ -59,11 +59,14 @@ ExitCode PrepareOutput(const CheckOptions& options) {
     return kExitDone;
 }
 
-RunScope ScopeOf(const std::vector<SCollisionFloor>& floors, bool isComplete) {
+RunScope ScopeOf(const ifchost::IfcWorkset& workset, const std::vector<SCollisionFloor>& floors,
+                 bool isComplete) {
     RunScope scope;
     scope.isComplete = isComplete;
     for (const SCollisionFloor& floor : floors)
         scope.floors.insert(floor.floorKeys.begin(), floor.floorKeys.end());
+    for (const auto& component : workset.Components())
+        scope.places[component.guid] = {component.projectId, workset.Floor(component).name};
     return scope;
 }
 
@@ -86,7 +89,7 @@ ExitCode CheckAndReport(const CheckOptions& options, RunInputs inputs, Progress&
     report.cost.checkSeconds = watch.Lap();
 
     const auto clashes = TrackClashes(run.TakeClashes(), std::move(inputs.previous),
-                                      ScopeOf(inputs.floors, !report.stopped));
+                                      ScopeOf(*inputs.workset, inputs.floors, !report.stopped));
     if (options.previous) {
         report.history = {ifchost::PathText(*options.previous), CountStatuses(clashes)};
     }

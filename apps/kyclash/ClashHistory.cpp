@@ -114,10 +114,60 @@ void CarryOver(const KyResultItem& from, KyResultItem& to) {
     to.SetPicture(from.GetPicuuid(), from.GetPicmd5(), from.GetPicsize());
 }
 
-bool IsInScope(const RunScope& scope, const KyResultItem& item) {
-    return scope.isComplete && scope.floors.count({item.GetProjectA(), item.GetFloorA()}) != 0 &&
-           scope.floors.count({item.GetProjectB(), item.GetFloorB()}) != 0;
-}
+// Tells which clashes of an earlier run this one would have found if they were still there.
+class RetestCheck {
+  public:
+    RetestCheck(const RunScope& scope, const PreviousResults& previous) : scope_(scope) {
+        for (const auto* items : {&previous.open, &previous.gone}) {
+            for (const ResultItemPtr& item : *items) {
+                Recognise(ComponentA(*item));
+                Recognise(ComponentB(*item));
+            }
+        }
+        for (const auto& [earlier, now] : projectNow_)
+            recognised_.insert(now);
+    }
+
+    bool WasRetested(const KyResultItem& item) const {
+        return scope_.isComplete && WasChecked(ComponentA(item), item.GetFloorA()) &&
+               WasChecked(ComponentB(item), item.GetFloorB());
+    }
+
+  private:
+    // Where a component of the earlier run stands now.
+    std::optional<FloorKey> PlaceOf(const Component& component) const {
+        const auto found = scope_.places.find(component.second);
+        return found == scope_.places.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    void Recognise(const Component& component) {
+        const auto place = PlaceOf(component);
+        if (!place) return;
+        const int earlier = component.first;
+        if (place->first == earlier) {
+            projectNow_[earlier] = earlier;
+        } else {
+            projectNow_.try_emplace(earlier, place->first);
+        }
+    }
+
+    // The id that a model of the earlier run has in this one; nothing when it was not given.
+    std::optional<int> ProjectNow(int earlier) const {
+        const auto known = projectNow_.find(earlier);
+        if (known != projectNow_.end()) return known->second;
+        return recognised_.count(earlier) != 0 ? std::nullopt : std::optional(earlier);
+    }
+
+    bool WasChecked(const Component& component, const std::wstring& floor) const {
+        if (const auto place = PlaceOf(component)) return scope_.floors.count(*place) != 0;
+        const auto project = ProjectNow(component.first);
+        return project && scope_.floors.count({*project, floor}) != 0;
+    }
+
+    const RunScope& scope_;
+    std::map<int, int> projectNow_;  ///< by the project id in the earlier run
+    std::set<int> recognised_;       ///< the ids in this run that it leads to
+};
 
 // Gives matched clashes the handling of their earlier selves, and empties the places of these. A
 // clash whose status is decided keeps both.
@@ -228,6 +278,7 @@ std::vector<TrackedClash> TrackClashes(std::vector<ResultItemPtr> found, Previou
     std::vector<TrackedClash> clashes;
     for (ResultItemPtr& item : found)
         clashes.push_back({std::move(item), ClashStatus::New});
+    const RetestCheck retest(scope, previous);
     const auto items = Borrow(clashes);
     const Matches inOpen = MatchClashes(items, BorrowItems(previous.open));
     const Matches inGone = MatchClashes(items, BorrowItems(previous.gone));
@@ -237,7 +288,7 @@ std::vector<TrackedClash> TrackClashes(std::vector<ResultItemPtr> found, Previou
     std::vector<TrackedClash> gone;
     for (ResultItemPtr& item : previous.open) {
         if (!item) continue;
-        const bool isGone = IsInScope(scope, *item);
+        const bool isGone = retest.WasRetested(*item);
         auto& list = isGone ? gone : clashes;
         list.push_back({std::move(item), isGone ? ClashStatus::Gone : ClashStatus::NotRetested});
     }

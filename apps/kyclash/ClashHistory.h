@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -59,8 +60,10 @@ std::filesystem::path GoneFileOf(const std::filesystem::path& resultFile);
 
 /// What a run looked at.
 struct RunScope {
-    std::set<FloorKey> floors;
-    bool isComplete = true;  ///< false for a run that was stopped
+    std::set<FloorKey> floors;  ///< that were checked
+    bool isComplete = true;     ///< false for a run that was stopped
+    /// The floors of all components of the models, also of those not checked, by GUID.
+    std::map<std::wstring, FloorKey> places = {};
 };
 
 /// Compares the clashes found with an earlier run's and carries state, remark, viewport and picture
@@ -72,7 +75,10 @@ struct RunScope {
 /// one with the same offsets and point comes first.
 ///
 /// A clash that was not found again is gone when the run was complete and went over the floors of
-/// both components; else it is not re-tested. A found one that is among the gone has returned.
+/// both components; else it is not re-tested. A found one that is among the gone has returned. What
+/// counts is the floor that a component stands on now. One that the models have no more counts
+/// where it stood, unless another model of the earlier run has its project id by now: then its own
+/// model was not given.
 ///
 /// The result holds the found ones in their order, then those not re-tested, then the gone ones,
 /// the earlier run's after the new.

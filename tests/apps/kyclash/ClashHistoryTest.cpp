@@ -154,6 +154,47 @@ TEST(ClashHistory, NeverCallsOtherFloorsGone) {
                                                  ClashStatus::NotRetested));
 }
 
+TEST(ClashHistory, LooksAtTheFloorThatAComponentStandsOnNow) {
+    const RunScope scope = {
+        {{1, L"F1"}}, true, {{L"a", {1, L"F2"}}, {L"b", {1, L"F1"}}, {L"c", {1, L"F1"}}}};
+    const auto clashes =
+        TrackClashes({},
+                     Previous(List(Clash({1, L"F1", L"a"}, {1, L"F1", L"b"}),
+                                   Clash({1, L"old name", L"b"}, {1, L"old name", L"c"}))),
+                     scope);
+    ASSERT_THAT(StatusesOf(clashes), ElementsAre(ClashStatus::NotRetested, ClashStatus::Gone));
+    EXPECT_EQ(clashes[0].item->GetObjGuidA(), L"a");
+}
+
+TEST(ClashHistory, CallsAClashWhoseComponentWasRemovedGone) {
+    const RunScope scope = {{{1, L"F1"}}, true, {{L"a", {1, L"F1"}}}};
+    const auto clashes = TrackClashes({}, Previous(List(Clash(L"a", L"removed"))), scope);
+    EXPECT_THAT(StatusesOf(clashes), ElementsAre(ClashStatus::Gone));
+}
+
+TEST(ClashHistory, NeverCallsTheClashesOfAModelGoneThatWasNotGiven) {
+    // The second model of the earlier run, alone: it is project 1 now.
+    const RunScope scope = {{{1, L"F1"}}, true, {{L"duct", {1, L"F1"}}}};
+    const auto clashes =
+        TrackClashes({},
+                     Previous(List(Clash({1, L"F1", L"beam"}, {1, L"F1", L"wall"}),
+                                   Clash({1, L"F1", L"beam"}, {2, L"F1", L"duct"}))),
+                     scope);
+    EXPECT_THAT(StatusesOf(clashes),
+                ElementsAre(ClashStatus::NotRetested, ClashStatus::NotRetested));
+}
+
+TEST(ClashHistory, KnowsWhatIsGoneWhenTheModelsComeInAnotherOrder) {
+    const RunScope scope = {
+        {{1, L"F1"}, {2, L"E1"}}, true, {{L"beam", {2, L"E1"}}, {L"duct", {1, L"F1"}}}};
+    const auto clashes =
+        TrackClashes({},
+                     Previous(List(Clash({1, L"E1", L"beam"}, {2, L"F1", L"duct"}),
+                                   Clash({1, L"E1", L"beam"}, {1, L"E1", L"removed"}))),
+                     scope);
+    EXPECT_THAT(StatusesOf(clashes), ElementsAre(ClashStatus::Gone, ClashStatus::Gone));
+}
+
 TEST(ClashHistory, NeverCallsAnythingGoneAfterAStoppedRun) {
     const auto clashes = TrackClashes({}, Previous(List(Clash(L"a", L"b"))), {{{1, L"F1"}}, false});
     EXPECT_THAT(StatusesOf(clashes), ElementsAre(ClashStatus::NotRetested));
