@@ -10,6 +10,7 @@
 #include "kyclash/ListCommand.h"
 #include "kyclash/OpeningsCommand.h"
 #include "kyclash/RulesCommand.h"
+#include "platform/ProcessInfo.h"
 
 namespace {
 
@@ -165,9 +166,18 @@ ExitCode ReportParsing(const CLI::App& app, const CLI::ParseError& error) {
     return kyclash::kExitWrongUse;
 }
 
+// A report that did not arrive is no success.
+ExitCode FinishOutput(ExitCode code) {
+    std::cout.flush();
+    if (std::cout.good()) return code;
+    std::cerr << "kyclash: the report could not be written to standard output\n";
+    return kyclash::kExitUnreadable;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
+    kyclash::ReplaceMissingStreams();
     CLI::App app("Finds clashes between the components of building models", "kyclash");
     app.set_version_flag("--version", KYCLASH_VERSION);
     app.require_subcommand(1);
@@ -180,9 +190,9 @@ int main(int argc, char** argv) try {
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return ReportParsing(app, error);
+        return FinishOutput(ReportParsing(app, error));
     }
-    return line.run();
+    return FinishOutput(line.run());
 } catch (const std::exception& error) {
     std::cerr << "kyclash: " << error.what() << '\n';
     return kyclash::kExitUnreadable;

@@ -6,11 +6,21 @@
 #if defined(_WIN32)
 #include <io.h>
 #else
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 #endif
 
 namespace kyclash {
+
+void ReplaceMissingStreams() {
+#if !defined(_WIN32)
+    for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
+        // The lowest free number is the one given, so each stream gets its own.
+        if (fcntl(stream, F_GETFD) == -1) static_cast<void>(open("/dev/null", O_RDONLY));
+    }
+#endif
+}
 
 bool StandardErrorIsTerminal() {
 #if defined(_WIN32)

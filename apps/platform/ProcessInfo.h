@@ -6,6 +6,11 @@
 
 namespace kyclash {
 
+/// Puts the null device in the place of standard streams that the process was started without.
+/// Otherwise the next file opened would take such a place, and get what is meant for the terminal.
+/// Writing to a replaced output still fails.
+void ReplaceMissingStreams();
+
 /// Whether the standard error stream is a terminal, so that progress can be shown on it.
 bool StandardErrorIsTerminal();
 

@@ -22,8 +22,8 @@ struct CommandOutcome {
     std::string errors;
 };
 
-/// Runs the program to its end. Converted models are kept in one folder for all tests of a build.
-inline CommandOutcome RunCommand(const std::vector<std::string>& arguments) {
+inline CommandOutcome RunProgram(const std::string& program,
+                                 const std::vector<std::string>& arguments) {
     namespace bp = boost::process;
     const TemporaryFolder folder;
     const auto out = (folder.Path() / "out").string();
@@ -31,11 +31,21 @@ inline CommandOutcome RunCommand(const std::vector<std::string>& arguments) {
     bp::environment environment = boost::this_process::environment();
     environment.erase("KYCOLLISION_SYSTEM_ROOT");
     CommandOutcome outcome;
-    outcome.exitCode = bp::system(bp::exe = KYCLASH_PROGRAM, bp::args = arguments, environment,
+    outcome.exitCode = bp::system(bp::exe = program, bp::args = arguments, environment,
                                   bp::std_in<bp::null, bp::std_out> out, bp::std_err > errors);
     outcome.out = ReadAll(out);
     outcome.errors = ReadAll(errors);
     return outcome;
+}
+
+/// Runs kyclash to its end. Converted models are kept in one folder for all tests of a build.
+inline CommandOutcome RunCommand(const std::vector<std::string>& arguments) {
+    return RunProgram(KYCLASH_PROGRAM, arguments);
+}
+
+/// Runs kyclash with what the shell makes of `arguments`, such as redirected streams.
+inline CommandOutcome RunShell(const std::string& arguments) {
+    return RunProgram("/bin/sh", {"-c", "exec '" KYCLASH_PROGRAM "' " + arguments});
 }
 
 inline std::string SourcePath(const std::string& relative) {

@@ -20,6 +20,7 @@ using testing::kNoConverter;
 using ::testing::Not;
 using testing::ReadAll;
 using testing::RunCommand;
+using testing::RunShell;
 using testing::SourcePath;
 using testing::TemporaryFolder;
 using Json = nlohmann::json;
@@ -57,6 +58,18 @@ TEST(Command, NamesTheCommandsWhenThereIsNoneOfThatName) {
                           "validate\n"));
     EXPECT_THAT(RunCommand({"rules"}).errors, HasSubstr("kyclash: a command is missing; "));
     EXPECT_THAT(RunCommand({"check"}).errors, HasSubstr("kyclash: MODEL is required\n"));
+}
+
+TEST(Command, FailsWhenTheReportCannotBeWritten) {
+    const std::string rules = SourcePath("data/rules/default.xml");
+    for (const std::string& arguments :
+         {std::string("--help"), "rules show " + rules, "rules validate --json " + rules}) {
+        for (const char* stream : {" >/dev/full", " >&-"}) {
+            const auto outcome = RunShell(arguments + stream);
+            EXPECT_EQ(outcome.exitCode, 1) << arguments << stream;
+            EXPECT_THAT(outcome.errors, HasSubstr("kyclash: the report could not be written"));
+        }
+    }
 }
 
 TEST(Command, NamesAFolderThatIsGivenAsAModel) {
@@ -196,6 +209,19 @@ TEST_F(CheckCommand, FindsTheTwinsOfComponentsThatAreThereTwice) {
         }
     }
     EXPECT_EQ(clashes, 40) << "one for each of the forty columns";
+}
+
+TEST_F(CheckCommand, ReadsModelsWithoutStandardStreams) {
+    const auto outcome =
+        RunShell("check " + SourcePath("samples/building.ifc") + " --quiet --out " +
+                 Out("results") + " --cache-dir " + Out("cache") + " <&- >&-");
+    EXPECT_EQ(outcome.exitCode, 1) << "the report went nowhere";
+    EXPECT_THAT(outcome.errors, HasSubstr("kyclash: the report could not be written"));
+    Check({"--out", Out("proper")});
+    for (const char* name : {"results.csv", "openings.csv"}) {
+        EXPECT_FALSE(Text(std::string("results/") + name).empty());
+    }
+    EXPECT_EQ(Text("results/openings.csv"), Text("proper/openings.csv"));
 }
 
 TEST_F(CheckCommand, ReportsKindsWithoutARule) {
