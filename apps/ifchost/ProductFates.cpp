@@ -48,6 +48,12 @@ bool LiesFlat(const SceneProduct& host) {
     return host.box && Extent(*host.box, 2) < std::min(Extent(*host.box, 0), Extent(*host.box, 1));
 }
 
+// Cut-outs of furniture and of equipment, as that for a sink, are in no wall or slab.
+bool HasOpenings(const SceneProduct& host) {
+    return !IsKindOf(host.ifcClass, "IfcFurnishingElement") &&
+           !IsKindOf(host.ifcClass, "IfcDistributionElement");
+}
+
 class Decider {
   public:
     Decider(const ScenePackage& package, const Classification& classification,
@@ -192,6 +198,10 @@ class Decider {
             return;
         }
         ProductDecision& decision = decisions_[pair.first];
+        if (!HasOpenings(Product(pair.second))) {
+            decision.note = "a cut-out of furniture or equipment is no opening";
+            return;
+        }
         decision.fate = ProductFate::ListedOpening;
         decision.role = ComponentRole::Opening;
         decision.category = LiesFlat(Product(pair.second)) ? SlabOpening() : WallOpening();

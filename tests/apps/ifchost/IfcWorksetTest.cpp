@@ -248,6 +248,22 @@ TEST_F(Worksets, ListAnOpeningWhoseFillingIsNotChecked) {
     EXPECT_EQ(Account(Make(builder), 1).fate, ProductFate::ListedOpening);
 }
 
+TEST_F(Worksets, ListNoCutOutsOfFurnitureAndEquipment) {
+    SceneBuilder builder;
+    for (const char* host : {"IfcFurniture", "IfcSanitaryTerminal"}) {
+        builder.Add(host).Box({0, 0, 0}, {600, 600, 900});
+        builder.Add("IfcOpeningElement").As("opening");
+    }
+    builder.Relate("voids", 1, 0).Relate("voids", 3, 2);
+    const auto workset = Make(builder);
+    for (const std::size_t opening : {1U, 3U}) {
+        EXPECT_EQ(Account(workset, opening).fate, ProductFate::NotABody);
+        EXPECT_EQ(Account(workset, opening).note,
+                  "a cut-out of furniture or equipment is no opening");
+    }
+    ExpectComplete(workset);
+}
+
 TEST_F(Worksets, KeyComponentsByTheValueOfTheirGlobalId) {
     SceneBuilder builder;
     builder.Add("IfcWall", "2Lf0000000000000000000").Box({0, 0, 0}, {1, 1, 1});
