@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kyclash/RulesCommand.h"
 
+#include <fstream>
 #include <ostream>
+#include <sstream>
 #include <system_error>
 
 #include <nlohmann/json.hpp>
 
 #include "ifchost/PackageCache.h"
+#include "kyclash/OutputFile.h"
 #include "kyclash/RuleFile.h"
 #include "kyclash/RuleMatrix.h"
 #include "kyclash/SystemRoot.h"
@@ -35,9 +38,13 @@ ExitCode RunRulesInit(const RulesOptions& options, std::ostream& out, std::ostre
         return kExitWrongUse;
     }
     const std::filesystem::path source = DefaultRulesFile();
-    if (!std::filesystem::copy_file(source, options.file, error)) {
-        errors << "kyclash: " << PathText(source) << " could not be copied to "
-               << PathText(options.file) << ": " << error.message() << '\n';
+    std::ostringstream rules;
+    if (!(rules << std::ifstream(source, std::ios::binary).rdbuf())) {
+        errors << "kyclash: " << PathText(source) << ": cannot be read\n";
+        return kExitUnreadable;
+    }
+    if (const auto reason = ReplaceFile(options.file, rules.str())) {
+        errors << "kyclash: " << *reason << '\n';
         return kExitUnreadable;
     }
     out << PathText(options.file) << ": default rules written\n";

@@ -37,33 +37,60 @@ void AddJson(CLI::App& command, ReportFormat& format) {
 template <class Options>
 void AddLoading(CLI::App& command, Options& options) {
     command.add_option("MODEL", options.models, "IFC files; several are one federated building")
+        ->type_name("")
         ->required();
-    command.add_option("--mapping", options.mapping,
-                       "Mapping file that gives IFC elements their category");
-    command.add_option("--cache-dir", options.cacheDir, "Folder that converted models are kept in");
-    command.add_option("--circle-segments", options.circleSegments, "Chords of a full circle")
-        ->check(CLI::Range(3, 1024))
+    command
+        .add_option("--mapping", options.mapping,
+                    "Mapping file that gives IFC elements their category")
+        ->type_name("FILE");
+    command.add_option("--cache-dir", options.cacheDir, "Folder that converted models are kept in")
+        ->type_name("DIR");
+    command
+        .add_option("--circle-segments", options.circleSegments,
+                    "Chords of a full circle, 3 to 1024")
+        ->type_name("N")
+        ->check(CLI::Range(3, 1024).description(""))
         ->capture_default_str();
+}
+
+// One name per option, or the models that follow it would be taken for floors.
+template <class Options>
+void AddFloors(CLI::App& command, Options& options, const std::string& text) {
+    command.add_option("--floor", options.floors, text + "; may be repeated")
+        ->type_name("NAME")
+        ->allow_extra_args(false);
+}
+
+void AddSystemRoot(CLI::App& command, std::optional<std::filesystem::path>& folder) {
+    command.add_option("--system-root", folder, "Folder of the category tree and the priorities")
+        ->type_name("DIR");
 }
 
 void AddCheck(CLI::App& app, CommandLine& line) {
     auto& options = line.check;
     auto* check = app.add_subcommand("check", "Find the clashing pairs of one or more IFC models");
     AddLoading(*check, options);
-    check->add_option("--rules", options.rules,
-                      "Rule file; \"built-in\" for the rules that need no file");
-    check->add_option("--system-root", options.systemRoot,
-                      "Folder of the category tree and the priorities");
-    check->add_option("--out", options.outDir, "Folder that the results are written to");
-    check->add_option("--previous", options.previous,
-                      "Result file of the run before, whose states and remarks are kept");
-    check->add_option("--floor", options.floors, "Check this floor only; may be repeated");
+    check
+        ->add_option("--rules", options.rules,
+                     "Rule file; \"built-in\" for the rules that need no file")
+        ->type_name("FILE");
+    AddSystemRoot(*check, options.systemRoot);
+    check->add_option("--out", options.outDir, "Folder that the results are written to")
+        ->type_name("DIR");
+    check
+        ->add_option("--previous", options.previous,
+                     "Result file of the run before, whose states and remarks are kept")
+        ->type_name("FILE");
+    AddFloors(*check, options, "Check this floor only");
     check->add_flag_callback(
         "--list", [&options] { options.listing = kyclash::PairListing::Complete; },
         "Name every clashing pair, however many there are");
     AddJson(*check, options.format);
-    check->add_option("--jobs", options.jobs, "Check this many floors at a time, in processes")
-        ->check(CLI::Range(1, 256))
+    check
+        ->add_option("--jobs", options.jobs,
+                     "Check so many floors at a time, each in a process of its own; 1 to 256")
+        ->type_name("N")
+        ->check(CLI::Range(1, 256).description(""))
         ->capture_default_str();
     check->add_flag("--quiet", options.quiet, "Show no progress");
     check->callback([&line] { line.run = [&line] { return RunCheck(line.check); }; });
@@ -74,9 +101,7 @@ CLI::App* AddRulesAction(CLI::App& rules, CommandLine& line, const char* name, c
                                             std::ostream&)) {
     auto& options = line.rules;
     auto* command = rules.add_subcommand(name, text);
-    command->add_option("FILE", options.file, "Rule file")->required();
-    command->add_option("--system-root", options.systemRoot,
-                        "Folder of the category tree and the priorities");
+    command->add_option("FILE", options.file, "Rule file")->type_name("")->required();
     command->callback([&line, action] {
         line.run = [&line, action] { return action(line.rules, std::cout, std::cerr); };
     });
@@ -87,12 +112,15 @@ void AddRules(CLI::App& app, CommandLine& line) {
     auto* rules = app.add_subcommand("rules", "Write, print or examine a rule file");
     rules->require_subcommand(1);
     AddRulesAction(*rules, line, "init", "Write the default rules to FILE", kyclash::RunRulesInit);
-    auto& format = line.rules.format;
-    AddJson(*AddRulesAction(*rules, line, "show", "Print FILE as a matrix", kyclash::RunRulesShow),
-            format);
-    AddJson(*AddRulesAction(*rules, line, "validate", "Name what in FILE cannot mean what it says",
-                            kyclash::RunRulesValidate),
-            format);
+    auto* show =
+        AddRulesAction(*rules, line, "show", "Print FILE as a matrix", kyclash::RunRulesShow);
+    auto* validate =
+        AddRulesAction(*rules, line, "validate", "Name what in FILE cannot mean what it says",
+                       kyclash::RunRulesValidate);
+    for (CLI::App* command : {show, validate}) {
+        AddSystemRoot(*command, line.rules.systemRoot);
+        AddJson(*command, line.rules.format);
+    }
 }
 
 void AddOpenings(CLI::App& app, CommandLine& line) {
@@ -100,8 +128,9 @@ void AddOpenings(CLI::App& app, CommandLine& line) {
     auto* openings =
         app.add_subcommand("openings", "List doors, windows and openings in walls and slabs");
     AddLoading(*openings, options.load);
-    openings->add_option("--floor", options.floors, "This floor only; may be repeated");
-    openings->add_option("--csv", options.csv, "Write the table to this file, too");
+    AddFloors(*openings, options, "List this floor only");
+    openings->add_option("--csv", options.csv, "Write the table to this file, too")
+        ->type_name("FILE");
     AddJson(*openings, options.format);
     openings->add_flag("--quiet", options.quiet, "Show no progress");
     openings->callback([&line] {
@@ -114,7 +143,8 @@ void AddList(CLI::App& app, CommandLine& line) {
     auto* list = app.add_subcommand("list", "Show the floors and kinds of the models");
     AddLoading(*list, options.load);
     list->add_option("--csv", options.csv,
-                     "Write a table of all products to this file, with the category of each");
+                     "Write a table of all products to this file, with the category of each")
+        ->type_name("FILE");
     AddJson(*list, options.format);
     list->add_flag("--quiet", options.quiet, "Show no progress");
     list->callback(
@@ -124,8 +154,12 @@ void AddList(CLI::App& app, CommandLine& line) {
 void AddDiff(CLI::App& app, CommandLine& line) {
     auto& options = line.diff;
     auto* diff = app.add_subcommand("diff", "Compare two result files");
-    diff->add_option("OLD", options.oldFile, "Result file of the earlier run")->required();
-    diff->add_option("NEW", options.newFile, "Result file of the later run")->required();
+    diff->add_option("OLD", options.oldFile, "Result file of the earlier run")
+        ->type_name("")
+        ->required();
+    diff->add_option("NEW", options.newFile, "Result file of the later run")
+        ->type_name("")
+        ->required();
     AddJson(*diff, options.format);
     diff->callback(
         [&line] { line.run = [&line] { return RunDiff(line.diff, std::cout, std::cerr); }; });
