@@ -91,7 +91,7 @@ ExitCode CheckAndReport(const CheckOptions& options, RunInputs inputs, Progress&
     const auto clashes = TrackClashes(run.TakeClashes(), std::move(inputs.previous),
                                       ScopeOf(*inputs.workset, inputs.floors, !report.stopped));
     if (options.previous) {
-        report.history = {ifchost::PathText(*options.previous), CountStatuses(clashes)};
+        ReportHistory(*inputs.workset, ifchost::PathText(*options.previous), clashes, report);
     }
     ReportModels(run, report);
     ReportFloors(*inputs.workset, run.SizesOf(inputs.workset->CollisionFloors()), inputs.floors,

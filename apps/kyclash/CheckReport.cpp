@@ -24,12 +24,18 @@ constexpr std::size_t kShownWarnings = 3;
 constexpr std::size_t kShownDigits = 12;
 
 std::string PointText(const std::array<double, 3>& point) {
-    return FixedText(point[0], 0) + ", " + FixedText(point[1], 0) + ", " + FixedText(point[2], 0);
+    return WholeText(point[0]) + ", " + WholeText(point[1]) + ", " + WholeText(point[2]);
 }
 
-std::string ComponentText(const ReportedComponent& component) {
+// One model needs no name at each component.
+enum class FileNaming { Named, Omitted };
+
+std::string ComponentText(const ReportedComponent& component, FileNaming naming) {
     const std::string name = component.name.empty() ? component.ifcClass : component.name;
-    return component.category + "  \"" + name + "\"  " + component.guid;
+    const std::string text = component.category + "  \"" + name + "\"  " + component.guid;
+    return naming == FileNaming::Omitted || component.file.empty()
+               ? text
+               : text + "  (" + component.file + ")";
 }
 
 // "a, b, c and 5 more"
@@ -141,26 +147,40 @@ void WriteModels(const CheckReport& report, PairListing listing, std::ostream& o
     }
 }
 
+void WriteClashes(const std::vector<ReportedClash>& clashes, const CheckReport& report,
+                  PairListing listing, std::ostream& out) {
+    const auto naming = report.models.size() > 1 ? FileNaming::Named : FileNaming::Omitted;
+    std::size_t number = 0;
+    for (const ReportedClash& clash : clashes) {
+        if (listing == PairListing::Shortened && number == kShortList) {
+            out << "  ... and " << clashes.size() - number << " more (--list names them all)\n";
+            return;
+        }
+        out << "  " << ++number << ". " << ComponentText(clash.main, naming) << "\n      x "
+            << ComponentText(clash.second, naming) << "\n      at " << PointText(clash.point);
+        if (!clash.axisPosition.empty()) out << ", axes " << clash.axisPosition;
+        if (report.history) out << ", " << StatusText(clash.status);
+        out << '\n';
+    }
+}
+
 void WriteFloor(const ReportedFloor& floor, const CheckReport& report, PairListing listing,
                 std::ostream& out) {
     out << "\nfloor " << floor.name << ": " << CountText(floor.components, "component") << ", "
         << CountText(floor.candidatePairs, "candidate pair") << ", "
         << CountText(floor.clashes.size(), "clash", "clashes") << '\n';
-    for (const ReportedKindPair& pair : floor.kindPairs)
-        out << "  " << pair.count << "  " << pair.main << " x " << pair.second << '\n';
-    std::size_t number = 0;
-    for (const ReportedClash& clash : floor.clashes) {
-        if (listing == PairListing::Shortened && number == kShortList) {
-            out << "  ... and " << floor.clashes.size() - number
-                << " more (--list names them all)\n";
-            return;
-        }
-        out << "  " << ++number << ". " << ComponentText(clash.main) << "\n      x "
-            << ComponentText(clash.second) << "\n      at " << PointText(clash.point);
-        if (!clash.axisPosition.empty()) out << ", axes " << clash.axisPosition;
-        if (report.history) out << ", " << StatusText(clash.status);
-        out << '\n';
+    for (const ReportedKindPair& pair : floor.kindPairs) {
+        // The first pair is the most frequent one.
+        out << "  " << ColumnText(pair.count, floor.kindPairs.front().count) << "  " << pair.main
+            << " x " << pair.second << '\n';
     }
+    WriteClashes(floor.clashes, report, listing, out);
+}
+
+void WriteGone(const CheckReport& report, PairListing listing, std::ostream& out) {
+    if (!report.history || report.history->gone.empty()) return;
+    out << "\ngone: " << CountText(report.history->gone.size(), "clash", "clashes") << '\n';
+    WriteClashes(report.history->gone, report, listing, out);
 }
 
 void WriteText(const CheckReport& report, PairListing listing, std::ostream& out) {
@@ -175,6 +195,7 @@ void WriteText(const CheckReport& report, PairListing listing, std::ostream& out
         candidates += floor.candidatePairs;
         clashes += floor.clashes.size();
     }
+    WriteGone(report, listing, out);
     const ReportedCost& cost = report.cost;
     out << "\ntotal: " << CountText(report.floors.size(), "floor") << ", "
         << CountText(components, "component") << ", " << CountText(candidates, "candidate pair")
@@ -197,16 +218,20 @@ Json ToJson(const ReportedComponent& component) {
             {"category", component.category}};
 }
 
-Json ToJson(const ReportedFloor& floor) {
-    Json clashes = Json::array();
-    for (const ReportedClash& clash : floor.clashes) {
-        clashes.push_back({{"main", ToJson(clash.main)},
-                           {"second", ToJson(clash.second)},
-                           {"point", clash.point},
-                           {"axisPosition", clash.axisPosition},
-                           {"bodyOffsets", clash.bodyOffsets},
-                           {"status", StatusText(clash.status)}});
+Json ToJson(const std::vector<ReportedClash>& clashes) {
+    Json list = Json::array();
+    for (const ReportedClash& clash : clashes) {
+        list.push_back({{"main", ToJson(clash.main)},
+                        {"second", ToJson(clash.second)},
+                        {"point", clash.point},
+                        {"axisPosition", clash.axisPosition},
+                        {"bodyOffsets", clash.bodyOffsets},
+                        {"status", StatusText(clash.status)}});
     }
+    return list;
+}
+
+Json ToJson(const ReportedFloor& floor) {
     Json pairs = Json::array();
     for (const ReportedKindPair& pair : floor.kindPairs)
         pairs.push_back({{"main", pair.main}, {"second", pair.second}, {"clashes", pair.count}});
@@ -214,7 +239,7 @@ Json ToJson(const ReportedFloor& floor) {
             {"components", floor.components},
             {"candidatePairs", floor.candidatePairs},
             {"kindPairs", std::move(pairs)},
-            {"clashes", std::move(clashes)}};
+            {"clashes", ToJson(floor.clashes)}};
 }
 
 Json ToJson(const std::vector<ReportedKind>& kinds) {
@@ -241,7 +266,8 @@ Json ToJson(const std::optional<ReportedHistory>& history) {
     Json counts = Json::object();
     for (std::size_t i = 0; i < kClashStatusCount; ++i)
         counts[std::string(StatusText(static_cast<ClashStatus>(i)))] = history->counts[i];
-    return {{"file", history->file}, {"counts", std::move(counts)}};
+    return {
+        {"file", history->file}, {"counts", std::move(counts)}, {"gone", ToJson(history->gone)}};
 }
 
 Json ToJson(const ReportedModel& model) {

@@ -96,6 +96,7 @@ struct ReportedRules {
 struct ReportedHistory {
     std::string file;  ///< the earlier result file
     std::array<std::size_t, kClashStatusCount> counts{};
+    std::vector<ReportedClash> gone;  ///< those of this run first
 };
 
 /// Seconds by the clock and what the process needed.

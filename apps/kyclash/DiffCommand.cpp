@@ -9,6 +9,7 @@
 
 #include "ifchost/HostText.h"
 #include "kyclash/ClashHistory.h"
+#include "kyclash/GlobalIdOf.h"
 
 namespace kyclash {
 namespace {
@@ -66,7 +67,7 @@ Difference Compare(const Items& before, const Items& after) {
 
 std::string SideText(const SObjAttInfo& info, const std::wstring& guid) {
     return ToUtf8(info.Specialty) + "/" + ToUtf8(info.Category) + "/" + ToUtf8(info.Subcategory) +
-           "  \"" + ToUtf8(info.Name) + "\"  " + ToUtf8(guid);
+           "  \"" + ToUtf8(info.Name) + "\"  " + GlobalIdOf(guid).value_or(ToUtf8(guid));
 }
 
 void WriteItem(const char* mark, const KyResultItem& item, std::ostream& out) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "kyclash/ListCommand.h"
 
-#include <cmath>
+#include <algorithm>
 #include <map>
 #include <ostream>
 #include <string>
@@ -25,11 +25,6 @@ using ifchost::WorksetProject;
 using Json = nlohmann::ordered_json;
 using KindCounts = std::map<std::string, std::size_t>;
 
-// Elevations come from products of placements and are rarely an exact zero.
-std::string WholeText(double millimetres) {
-    return FixedText(std::round(millimetres) + 0.0, 0);
-}
-
 KindCounts CountKinds(const IfcWorkset& workset, int projectId) {
     KindCounts counts;
     for (const auto& component : workset.Components()) {
@@ -47,8 +42,12 @@ void WriteProject(const IfcWorkset& workset, const WorksetProject& project, std:
         out << "  floor " << ToUtf8(floor.name) << ": " << WholeText(floor.under) << " to "
             << WholeText(floor.top) << " mm, " << CountText(floor.components, "component") << '\n';
     }
-    for (const auto& [kind, count] : CountKinds(workset, project.id))
-        out << "  " << count << "  " << kind << '\n';
+    const KindCounts kinds = CountKinds(workset, project.id);
+    std::size_t largest = 0;
+    for (const auto& [kind, count] : kinds)
+        largest = std::max(largest, count);
+    for (const auto& [kind, count] : kinds)
+        out << "  " << ColumnText(count, largest) << "  " << kind << '\n';
     for (std::size_t i = 0; i < project.fateCounts.size(); ++i) {
         const auto fate = static_cast<ifchost::ProductFate>(i);
         const bool isComponent =

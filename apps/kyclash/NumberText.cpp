@@ -2,6 +2,7 @@
 #include "kyclash/NumberText.h"
 
 #include <charconv>
+#include <cmath>
 
 namespace kyclash {
 namespace {
@@ -18,6 +19,16 @@ std::string FixedText(double value, int decimals) {
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
                                    std::chars_format::fixed, decimals);
     return {buffer.data(), end.ptr};
+}
+
+std::string WholeText(double value) {
+    return FixedText(std::round(value) + 0.0, 0);
+}
+
+std::string ColumnText(std::size_t count, std::size_t largest) {
+    const std::string text = std::to_string(count);
+    const std::size_t width = std::to_string(largest).size();
+    return std::string(width > text.size() ? width - text.size() : 0, ' ') + text;
 }
 
 std::string CountText(std::size_t count, std::string_view one, std::string_view several) {

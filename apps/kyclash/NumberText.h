@@ -12,6 +12,12 @@ namespace kyclash {
 /// "nan".
 std::string FixedText(double value, int decimals);
 
+/// `value` rounded to a whole number; what rounds to zero has no sign.
+std::string WholeText(double value);
+
+/// `count` with spaces in front up to the width of `largest`, for columns.
+std::string ColumnText(std::size_t count, std::size_t largest);
+
 /// A number of things in English: "1 floor", "2 floors", "0 clashes". Without a plural of its own
 /// the word gets an "s".
 std::string CountText(std::size_t count, std::string_view one, std::string_view several = {});

@@ -8,6 +8,7 @@
 #include "ifchost/HostText.h"
 #include "kyclash/CheckRun.h"
 #include "kyclash/Interrupt.h"
+#include "kyclash/NumberText.h"
 #include "kyclash/OutputFile.h"
 #include "kyclash/Progress.h"
 #include "kyclash/ResultTables.h"
@@ -45,7 +46,7 @@ void WriteText(const std::vector<Opening>& openings, const IfcWorkset& workset, 
             << " mm, elevation " << ToUtf8(opening->holeElev) << ", center "
             << ToUtf8(opening->holeCenter) << '\n';
     }
-    out << openings.size() << " openings\n";
+    out << CountText(openings.size(), "opening") << '\n';
 }
 
 Json ToJson(const CExistingHole& opening, const IfcWorkset& workset) {

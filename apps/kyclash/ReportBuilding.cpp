@@ -9,6 +9,7 @@
 
 #include "ifchost/HostText.h"
 #include "ifchost/PackageCache.h"
+#include "kyclash/GlobalIdOf.h"
 
 namespace kyclash {
 namespace {
@@ -28,7 +29,10 @@ ReportedComponent Describe(const IfcWorkset& workset, int projectId, const std::
                                              attributes.Subcategory);
     reported.category = ToUtf8(category.categoryIndex());
     const auto* component = workset.FindComponent(projectId, guid);
-    if (component == nullptr) return reported;
+    if (component == nullptr) {
+        reported.guid = GlobalIdOf(guid).value_or(ToUtf8(guid));
+        return reported;
+    }
     reported.guid = workset.GlobalId(*component);
     reported.ifcClass = workset.Product(*component).ifcClass;
     reported.file = ifchost::PathText(workset.Project(projectId)->file.filename());
@@ -168,6 +172,16 @@ void ReportFloors(const IfcWorkset& workset, const std::vector<CheckRun::FloorSi
         entry.kindPairs = CountKindPairs(entry.clashes);
         const bool isChecked = checkedNames.count(floors[i].name) != 0;
         if (isChecked || !entry.clashes.empty()) report.floors.push_back(std::move(entry));
+    }
+}
+
+void ReportHistory(const IfcWorkset& workset, const std::string& previousFile,
+                   const std::vector<TrackedClash>& clashes, CheckReport& report) {
+    report.history = {previousFile, CountStatuses(clashes), {}};
+    for (const TrackedClash& clash : clashes) {
+        if (clash.status == ClashStatus::Gone) {
+            report.history->gone.push_back(Describe(workset, clash));
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "kyclash/CheckReport.h"
@@ -19,5 +20,9 @@ void ReportModels(const CheckRun& run, CheckReport& report);
 void ReportFloors(const ifchost::IfcWorkset& workset, const std::vector<CheckRun::FloorSize>& sizes,
                   const std::vector<SCollisionFloor>& checkedFloors,
                   const std::vector<TrackedClash>& clashes, CheckReport& report);
+
+/// The clashes of earlier runs that are gone, with how many clashes have each status.
+void ReportHistory(const ifchost::IfcWorkset& workset, const std::string& previousFile,
+                   const std::vector<TrackedClash>& clashes, CheckReport& report);
 
 }  // namespace kyclash

@@ -5,6 +5,7 @@
 #include "ifchost/HostText.h"
 #include "ifchost/PackageCache.h"
 #include "kyclash/Csv.h"
+#include "kyclash/GlobalIdOf.h"
 
 namespace kyclash {
 namespace {
@@ -34,7 +35,7 @@ const Row kProductHeader = {"file",           "floor", "ifcClass",  "typeClass",
                             "systems",        "fate",  "specialty", "category",   "kind",
                             "mappingRule",    "note",  "project",   "object"};
 
-// What the files say about a component; all empty when they do not have it.
+// What the files say about a component; nothing but its GlobalId when they do not have it.
 struct Origin {
     std::string globalId;
     std::string ifcClass;
@@ -44,7 +45,7 @@ struct Origin {
 
 Origin OriginOf(const IfcWorkset& workset, int project, const std::wstring& guid) {
     const auto* component = workset.FindComponent(project, guid);
-    if (component == nullptr) return {};
+    if (component == nullptr) return {GlobalIdOf(guid).value_or(""), "", "", ""};
     return {workset.GlobalId(*component), workset.Product(*component).ifcClass,
             ToUtf8(component->name), ifchost::PathText(workset.Project(project)->file.filename())};
 }

@@ -3,17 +3,22 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <signal.h>
 
 #include "CommandRunner.h"
+#include "kyclash/CheckCommand.h"
+#include "support/StopFlag.h"
 
 namespace kyclash {
 namespace {
 
 using testing::CommandOutcome;
+using ::testing::EndsWith;
 using testing::HasConverter;
 using ::testing::HasSubstr;
 using testing::kNoConverter;
@@ -60,6 +65,12 @@ TEST(Command, NamesTheCommandsWhenThereIsNoneOfThatName) {
     EXPECT_THAT(RunCommand({"check"}).errors, HasSubstr("kyclash: MODEL is required\n"));
 }
 
+TEST(Command, TakesOneFloorPerOption) {
+    // The model behind it is no second floor.
+    EXPECT_THAT(RunCommand({"check", "--floor", "F1", "no-such-model.ifc"}).errors,
+                HasSubstr("no-such-model.ifc: there is no such file"));
+}
+
 TEST(Command, FailsWhenTheReportCannotBeWritten) {
     const std::string rules = SourcePath("data/rules/default.xml");
     for (const std::string& arguments :
@@ -96,6 +107,30 @@ TEST(Command, NamesAModelThatIsNotThere) {
     }
 }
 
+TEST(Command, EndsWithItsOwnCodeWhenItIsInterruptedWhileItReads) {
+    // A reader that says when it runs and then does nothing.
+    const TemporaryFolder folder;
+    const fs::path started = folder.Path() / "started";
+    const fs::path reader =
+        folder.Write("reader", "#!/bin/sh\n: >'" + started.string() + "'\nexec sleep 600\n");
+    fs::permissions(reader, fs::perms::owner_all);
+    const std::string errors = (folder.Path() / "errors").string();
+    namespace bp = boost::process;
+    bp::environment environment = boost::this_process::environment();
+    environment["KYCLASH_NODE"] = reader.string();
+    bp::child command(bp::exe = KYCLASH_PROGRAM,
+                      bp::args = {"check", SourcePath("samples/building.ifc"), "--cache-dir",
+                                  (folder.Path() / "cache").string()},
+                      environment, bp::std_in<bp::null, bp::std_out> bp::null,
+                      bp::std_err > errors);
+    while (!fs::exists(started) && command.running())
+        std::this_thread::yield();
+    ASSERT_EQ(::kill(command.id(), SIGINT), 0);
+    command.wait();
+    EXPECT_EQ(command.exit_code(), 130);
+    EXPECT_THAT(ReadAll(errors), HasSubstr("building.ifc: cancelled\n"));
+}
+
 TEST(RulesCommand, WritesTheDefaultRulesOnce) {
     const TemporaryFolder folder;
     const std::string file = (folder.Path() / "rules.xml").string();
@@ -106,6 +141,12 @@ TEST(RulesCommand, WritesTheDefaultRulesOnce) {
     EXPECT_EQ(again.exitCode, 2);
     EXPECT_THAT(again.errors, HasSubstr("exists already"));
     EXPECT_EQ(RunCommand({"rules", "init", (folder.Path() / "no/rules.xml").string()}).exitCode, 1);
+}
+
+TEST(RulesCommand, NamesTheFileThatCannotBeWritten) {
+    const auto outcome = RunCommand({"rules", "init", "/dev/full/rules.xml"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("/dev/full/rules.xml: could not be written"));
 }
 
 TEST(RulesCommand, NamesWhatMatchesNoKind) {
@@ -211,6 +252,18 @@ TEST_F(CheckCommand, FindsTheTwinsOfComponentsThatAreThereTwice) {
     EXPECT_EQ(clashes, 40) << "one for each of the forty columns";
 }
 
+TEST_F(CheckCommand, NamesTheFilesOfTheComponentsWhenThereAreSeveral) {
+    EXPECT_THAT(Check({}).out, Not(HasSubstr("(building.ifc)")));
+    const std::string twin = folder_.Write("twin.ifc", ReadAll(SourcePath("samples/building.ifc")));
+    const auto outcome = Check({twin, "--floor", "Roof", "--list"});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.errors;
+    EXPECT_THAT(
+        outcome.out,
+        HasSubstr(
+            "\"Slab Roof\"  2BHDpIvM8aY6eYJ18chhNt  (building.ifc)\n      x "
+            "土建/楼梯楼板/梯段  \"Stair F2 flight 2\"  1vwBh9azbtt03Sy3l9E54n  (twin.ifc)\n"));
+}
+
 TEST_F(CheckCommand, ReadsModelsWithoutStandardStreams) {
     const auto outcome =
         RunShell("check " + SourcePath("samples/building.ifc") + " --quiet --out " +
@@ -275,6 +328,9 @@ TEST_F(CheckCommand, FollowsAClashThatGoesAndReturns) {
     const Json gone = CheckJson(
         {"--out", Out("a"), "--rules", none.string(), "--previous", Out("a/results.xml")});
     EXPECT_EQ(gone["previous"]["counts"]["gone"], 1);
+    ASSERT_EQ(gone["previous"]["gone"].size(), 1U);
+    EXPECT_EQ(gone["previous"]["gone"][0]["second"]["name"], "RA crossing F1");
+    EXPECT_EQ(gone["previous"]["gone"][0]["status"], "gone");
     EXPECT_THAT(Text("a/results-gone.csv"), HasSubstr("\r\ngone,F1"));
     EXPECT_THAT(Text("a/results.xml"), Not(HasSubstr("dispose")));
     const Json back = CheckJson(
@@ -283,6 +339,25 @@ TEST_F(CheckCommand, FollowsAClashThatGoesAndReturns) {
     EXPECT_EQ(back["previous"]["counts"]["gone"], 0);
     EXPECT_THAT(Text("a/results.xml"), HasSubstr("dispose=\"7\""));
     EXPECT_THAT(Text("a/results.csv"), HasSubstr("\r\nreturned,F1"));
+}
+
+TEST_F(CheckCommand, NamesTheClashesOfARemovedComponentAsGone) {
+    CheckJson({"--out", Out("a")});
+    const std::string building = ReadAll(SourcePath("samples/building.ifc"));
+    // Nothing in the file has this GlobalId any more.
+    const auto changed = folder_.Write(
+        "changed.ifc", ReplaceOnce(building, "06t$4MmyBqjry5leNWiIQ0", "0000000000000000000000"));
+    const auto outcome = RunCommand({"check", changed.string(), "--quiet", "--out", Out("b"),
+                                     "--previous", Out("a/results.xml")});
+    ASSERT_EQ(outcome.exitCode, 0) << outcome.errors;
+    EXPECT_THAT(outcome.out, HasSubstr("\ngone: 1 clash\n  1. 土建/梁/框架梁  \"Beam F1 3/C-D\"  "
+                                       "3wPNyqm4$Zunx0ktaWB3Bs\n      x 暖通/风管/回风管  "
+                                       "\"RA crossing F1\"  06t$4MmyBqjry5leNWiIQ0\n"));
+    EXPECT_THAT(outcome.out, HasSubstr(": 1 new, 12 still open, 0 returned, 1 gone, "));
+    EXPECT_THAT(Text("b/results-gone.csv"), HasSubstr(",06t$4MmyBqjry5leNWiIQ0,"));
+    const auto diff = RunCommand({"diff", Out("a/results.xml"), Out("b/results.xml")});
+    EXPECT_THAT(diff.out, HasSubstr("\"RA crossing F1\"  06t$4MmyBqjry5leNWiIQ0\n"));
+    EXPECT_THAT(diff.out, HasSubstr("1 new, 1 gone, 0 changed, 12 the same\n"));
 }
 
 TEST_F(CheckCommand, LeavesOtherFloorsAsTheyWere) {
@@ -295,6 +370,24 @@ TEST_F(CheckCommand, LeavesOtherFloorsAsTheyWere) {
     EXPECT_GT(counts["not re-tested"], 0);
     EXPECT_EQ(counts["still open"].get<int>() + counts["not re-tested"].get<int>(), 13);
     EXPECT_EQ(Count(Text("a/results.xml"), "<碰撞点 "), 13U);
+}
+
+TEST_F(CheckCommand, ReportsWhatItHasWhenItIsStopped) {
+    CheckJson({"--out", Out("whole")});
+    CheckOptions options;
+    options.models = {SourcePath("samples/building.ifc")};
+    options.outDir = Out("stopped");
+    options.previous = Out("whole/results.xml");
+    kycb::test::StopFlag stop;
+    stop.Set();  // before the run: it ends after its first component
+    ::testing::internal::CaptureStdout();
+    const ExitCode code = RunCheck(options);
+    const std::string out = ::testing::internal::GetCapturedStdout();
+    EXPECT_EQ(code, 130);
+    EXPECT_THAT(out, HasSubstr("total: 3 floors, 354 components"));
+    EXPECT_THAT(out, HasSubstr(" 0 gone, "));
+    EXPECT_THAT(out, EndsWith("stopped: the list is not complete\n"));
+    EXPECT_EQ(Count(Text("stopped/results.xml"), "<碰撞点 "), 13U) << "still open or not re-tested";
 }
 
 // By the GlobalIds of both components.

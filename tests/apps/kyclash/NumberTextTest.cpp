@@ -21,6 +21,19 @@ TEST(NumberText, RoundsToTheDecimals) {
     EXPECT_EQ(FixedText(2.0, 2), "2.00");
 }
 
+TEST(NumberText, WritesNoNegativeZero) {
+    EXPECT_EQ(WholeText(-0.4), "0");
+    EXPECT_EQ(WholeText(-0.6), "-1");
+    EXPECT_EQ(WholeText(2.5), "3");
+}
+
+TEST(NumberText, AlignsColumns) {
+    EXPECT_EQ(ColumnText(7, 36), " 7");
+    EXPECT_EQ(ColumnText(36, 36), "36");
+    EXPECT_EQ(ColumnText(7, 1000), "   7");
+    EXPECT_EQ(ColumnText(7, 7), "7");
+}
+
 TEST(NumberText, CountsInEnglish) {
     EXPECT_EQ(CountText(0, "floor"), "0 floors");
     EXPECT_EQ(CountText(1, "floor"), "1 floor");
