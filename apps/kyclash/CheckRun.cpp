@@ -79,7 +79,10 @@ std::optional<std::vector<SCollisionFloor>> ChooseFloors(const std::vector<SColl
             std::cerr << '\n';
             return std::nullopt;
         }
-        chosen.push_back(*found);
+        const bool isNew = std::none_of(chosen.begin(), chosen.end(), [&](const auto& floor) {
+            return floor.name == found->name;
+        });
+        if (isNew) chosen.push_back(*found);
     }
     return chosen;
 }

@@ -20,8 +20,8 @@
 
 namespace kyclash {
 
-/// The floors of these names, in their order; all of them when no name is given. Nothing when a
-/// name is unknown, after a message on the standard error stream.
+/// The floors of these names, each once, in their order; all of them when no name is given. Nothing
+/// when a name is unknown, after a message on the standard error stream.
 std::optional<std::vector<SCollisionFloor>> ChooseFloors(const std::vector<SCollisionFloor>& all,
                                                          const std::vector<std::string>& names);
 

@@ -479,6 +479,9 @@ TEST_F(CheckCommand, ListsOpenings) {
                                        "2190, center 4500,5000,2525\n"));
     EXPECT_THAT(outcome.out, Not(HasSubstr("floor F2")));
     EXPECT_EQ(Count(ReadAll(csv), "\r\n"), Count(outcome.out, "\n") - 1);
+    const auto twice = RunCommand({"openings", SourcePath("samples/building.ifc"), "--quiet",
+                                   "--floor", "F1", "--floor", "F1"});
+    EXPECT_EQ(twice.out, outcome.out);
     const auto json =
         Json::parse(RunCommand({"openings", SourcePath("samples/building.ifc"), "--json"}).out);
     EXPECT_EQ(std::count_if(json.begin(), json.end(),
