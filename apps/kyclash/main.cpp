@@ -53,12 +53,10 @@ void AddLoading(CLI::App& command, Options& options) {
         ->capture_default_str();
 }
 
-// One name per option, or the models that follow it would be taken for floors.
 template <class Options>
 void AddFloors(CLI::App& command, Options& options, const std::string& text) {
-    command.add_option("--floor", options.floors, text + "; may be repeated")
-        ->type_name("NAME")
-        ->allow_extra_args(false);
+    command.add_option("--floor", options.floors, text + "; models stand before it")
+        ->type_name("NAME");
 }
 
 void AddSystemRoot(CLI::App& command, std::optional<std::filesystem::path>& folder) {
@@ -81,7 +79,7 @@ void AddCheck(CLI::App& app, CommandLine& line) {
         ->add_option("--previous", options.previous,
                      "Result file of the run before, whose states and remarks are kept")
         ->type_name("FILE");
-    AddFloors(*check, options, "Check this floor only");
+    AddFloors(*check, options, "Check these floors only");
     check->add_flag_callback(
         "--list", [&options] { options.listing = kyclash::PairListing::Complete; },
         "Name every clashing pair, however many there are");
@@ -128,7 +126,7 @@ void AddOpenings(CLI::App& app, CommandLine& line) {
     auto* openings =
         app.add_subcommand("openings", "List doors, windows and openings in walls and slabs");
     AddLoading(*openings, options.load);
-    AddFloors(*openings, options, "List this floor only");
+    AddFloors(*openings, options, "List these floors only");
     openings->add_option("--csv", options.csv, "Write the table to this file, too")
         ->type_name("FILE");
     AddJson(*openings, options.format);

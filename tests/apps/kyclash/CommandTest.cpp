@@ -65,12 +65,6 @@ TEST(Command, NamesTheCommandsWhenThereIsNoneOfThatName) {
     EXPECT_THAT(RunCommand({"check"}).errors, HasSubstr("kyclash: MODEL is required\n"));
 }
 
-TEST(Command, TakesOneFloorPerOption) {
-    // The model behind it is no second floor.
-    EXPECT_THAT(RunCommand({"check", "--floor", "F1", "no-such-model.ifc"}).errors,
-                HasSubstr("no-such-model.ifc: there is no such file"));
-}
-
 TEST(Command, FailsWhenTheReportCannotBeWritten) {
     const std::string rules = SourcePath("data/rules/default.xml");
     for (const std::string& arguments :
@@ -467,6 +461,17 @@ TEST_F(CheckCommand, ListsWhatAModelHolds) {
     EXPECT_EQ(json[0]["kinds"]["土建/柱/砼柱"], 40);
     EXPECT_EQ(json[0]["floors"].size(), 3U);
     EXPECT_TRUE(json[0]["unmapped"].empty());
+}
+
+TEST_F(CheckCommand, TakesSeveralFloorsInOneOptionOrInSeveral) {
+    const std::string model = SourcePath("samples/building.ifc");
+    const auto one = RunCommand({"openings", model, "--quiet", "--floor", "F2", "F1"});
+    ASSERT_EQ(one.exitCode, 0) << one.errors;
+    EXPECT_THAT(one.out, HasSubstr("floor F1\n"));
+    EXPECT_THAT(one.out, HasSubstr("floor F2\n"));
+    EXPECT_EQ(RunCommand({"openings", model, "--quiet", "--floor", "F2", "--floor", "F1"}).out,
+              one.out);
+    EXPECT_EQ(RunCommand({"openings", "--floor", "F2", "F1", "--quiet", model}).out, one.out);
 }
 
 TEST_F(CheckCommand, ListsOpenings) {
