@@ -4,10 +4,9 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 #include <string>
+
+#include "support/TemporaryFolder.h"
 
 namespace kycbtest {
 
@@ -21,18 +20,12 @@ inline bool HasXmlLint() {
 /// apostrophe.
 inline std::string SchemaErrors(const std::filesystem::path& schema,
                                 const std::filesystem::path& file) {
-    std::random_device random;
-    const auto messages =
-        std::filesystem::temp_directory_path() / ("kycbtest-xmllint-" + std::to_string(random()));
+    const TemporaryFolder folder;
+    const auto messages = folder.Path() / "messages";
     const std::string command = "xmllint --noout --huge --schema '" + schema.string() + "' '" +
                                 file.string() + "' >'" + messages.string() + "' 2>&1";
-    const bool fits = std::system(command.c_str()) == 0;
-    std::ifstream stream(messages, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream),
-                           std::istreambuf_iterator<char>()};
-    stream.close();
-    std::filesystem::remove(messages);
-    if (fits) return {};
+    if (std::system(command.c_str()) == 0) return {};
+    const std::string text = ReadAll(messages);
     return text.empty() ? "xmllint failed" : text;
 }
 

@@ -17,12 +17,12 @@
 #include <gmock/gmock.h>
 
 #include "ConvertedModels.h"
-#include "ScratchFolder.h"
 #include "ScriptedPrompts.h"
 #include "desk/view/MainWindow.h"
 #include "desk/view/ResultList.h"
 #include "desk/view/ResultModel.h"
 #include "kyclash/SystemRoot.h"
+#include "support/TemporaryFolder.h"
 
 // A cold machine under a sanitizer converts the sample in less (ms).
 inline constexpr int kPatience = 300000;
@@ -150,7 +150,7 @@ class DeskFlow : public testing::Test {
     }
 
     QString language_ = "en";  // of the kinds' names
-    ScratchFolder scratch_;
+    kycbtest::TemporaryFolder scratch_;
     ScriptedPrompts::Script script_;
     std::unique_ptr<desk::MainWindow> window_;
 };

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <gmock/gmock.h>
 
-#include "ScratchFolder.h"
 #include "desk/core/ModelList.h"
+#include "support/TemporaryFolder.h"
 
 namespace fs = std::filesystem;
 using desk::ModelListPath;
 using desk::ReadModelList;
 using desk::WriteModelList;
+using kycbtest::TemporaryFolder;
 using testing::HasSubstr;
 
 TEST(ModelList, StandsBesideTheResults) {
@@ -15,7 +16,7 @@ TEST(ModelList, StandsBesideTheResults) {
 }
 
 TEST(ModelList, KeepsTheModelsInTheirOrder) {
-    const ScratchFolder scratch;
+    const TemporaryFolder scratch;
     const fs::path results = scratch.Path() / "results.xml";
     const std::vector<fs::path> models{scratch.Path() / "z.ifc",
                                        scratch.Path() / "sub/a \u7BA1.ifc",
@@ -27,7 +28,7 @@ TEST(ModelList, KeepsTheModelsInTheirOrder) {
 }
 
 TEST(ModelList, MovesWithItsFolder) {
-    const ScratchFolder scratch;
+    const TemporaryFolder scratch;
     fs::create_directories(scratch.Path() / "old");
     std::string error;
     WriteModelList(scratch.Path() / "old/results.xml", {scratch.Path() / "old/a.ifc"}, error);
@@ -37,14 +38,14 @@ TEST(ModelList, MovesWithItsFolder) {
 }
 
 TEST(ModelList, IsNoErrorWhenItIsMissing) {
-    const ScratchFolder scratch;
+    const TemporaryFolder scratch;
     std::string error;
     EXPECT_EQ(ReadModelList(scratch.Path() / "results.xml", error), std::nullopt);
     EXPECT_EQ(error, "");
 }
 
 TEST(ModelList, NamesTheFileThatIsBroken) {
-    const ScratchFolder scratch;
+    const TemporaryFolder scratch;
     for (const char* text : {"{", "[]", "{\"version\": 9, \"models\": []}",
                              "{\"version\": 1, \"models\": [3]}", "{\"version\": 1}"}) {
         scratch.Write("results.models.json", text);
@@ -55,7 +56,7 @@ TEST(ModelList, NamesTheFileThatIsBroken) {
 }
 
 TEST(ModelList, SaysWhenItCannotBeWritten) {
-    const ScratchFolder scratch;
+    const TemporaryFolder scratch;
     std::string error;
     EXPECT_FALSE(WriteModelList(scratch.Path() / "missing/results.xml", {"a.ifc"}, error));
     EXPECT_THAT(error, HasSubstr("results.models.json"));

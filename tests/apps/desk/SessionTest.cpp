@@ -11,9 +11,9 @@
 #include <gmock/gmock.h>
 
 #include "ConvertedModels.h"
-#include "ScratchFolder.h"
 #include "desk/core/Session.h"
 #include "kyclash/SystemRoot.h"
+#include "support/TemporaryFolder.h"
 
 using desk::Activity;
 using desk::ActivityOutcome;
@@ -83,7 +83,7 @@ class SessionTest : public testing::Test {
         throw std::runtime_error("no such clash");
     }
 
-    ScratchFolder scratch_;
+    kycbtest::TemporaryFolder scratch_;
     std::unique_ptr<Session> session_;
 };
 

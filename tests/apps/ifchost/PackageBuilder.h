@@ -2,52 +2,21 @@
 // Makes scene packages byte by byte, sound ones and broken ones.
 #pragma once
 
+#include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <random>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "ifchost/SceneFormat.h"
 #include "ifchost/Sha256.h"
+#include "support/TemporaryFolder.h"
 
 namespace ifchost::testing {
 
-/// A folder of its own that goes away with the object.
-class TemporaryFolder {
-  public:
-    TemporaryFolder() {
-        std::random_device random;
-        path_ = std::filesystem::temp_directory_path() /
-                ("ifchost-test-" + std::to_string(random()) + std::to_string(random()));
-        std::filesystem::create_directories(path_);
-    }
-    ~TemporaryFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::filesystem::path& Path() const { return path_; }
-
-    std::filesystem::path Write(const std::string& name, std::string_view content) const {
-        const auto path = path_ / name;
-        std::filesystem::create_directories(path.parent_path());
-        std::ofstream(path, std::ios::binary) << content;
-        return path;
-    }
-
-  private:
-    std::filesystem::path path_;
-};
-
-inline std::string ReadAll(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
+using kycbtest::ReadAll;
+using kycbtest::TemporaryFolder;
 
 /// A package in the making; the defaults are one wall made of one tetrahedron on one storey.
 struct PackageBuilder {
