@@ -79,7 +79,7 @@ TEST_F(CodePageTest, ChangesForEveryThread) {
 
 TEST_F(CodePageTest, DoesNotDependOnTheProcessLocale) {
     const kycbtest::LocaleScope locale("zh_CN");
-    if (!locale.IsActive()) GTEST_SKIP() << "locale zh_CN.UTF-8 cannot be had: install \"locales\"";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     EXPECT_EQ(CodePage::ToAnsi(L"\u4E2D"), "\xD6\xD0");
 }
 

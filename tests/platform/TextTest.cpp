@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <cfloat>
 #include <climits>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <random>
@@ -231,9 +230,7 @@ class TextInLocale : public testing::TestWithParam<const char*> {};
 
 TEST_P(TextInLocale, ConvertsAsEverywhere) {
     const kycbtest::LocaleScope locale(GetParam());
-    if (!locale.IsActive()) {
-        GTEST_SKIP() << "locale " << GetParam() << ".UTF-8 cannot be had: install \"locales\"";
-    }
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     EXPECT_EQ(ToDouble(L"2.5"), 2.5);
     EXPECT_EQ(ToDouble(L"2,5"), 2.0);
     EXPECT_EQ(ToDouble(L"1.234.567"), 1.234);
@@ -251,7 +248,7 @@ TEST_P(TextInLocale, ConvertsAsEverywhere) {
 
 TEST(LocaleScope, GivesAnInfluentialLocale) {
     const kycbtest::LocaleScope locale("de_DE");
-    if (!locale.IsActive()) GTEST_SKIP() << "locale de_DE.UTF-8 cannot be had: install \"locales\"";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     EXPECT_STREQ(std::localeconv()->decimal_point, ",");
 }
 

@@ -216,7 +216,7 @@ TEST(KyAttrRangeFilter, ReadsBackWhatItWroteForRandomFields) {
 
 TEST(KyAttrRangeFilter, DoesNotDependOnTheProcessLocale) {
     const kycbtest::LocaleScope locale("de_DE");
-    if (!locale.IsActive()) GTEST_SKIP() << "locale de_DE.UTF-8 cannot be had: install \"locales\"";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     EXPECT_EQ(KyAttrRangeFilter(L"DN>=1000000").ToString(), L"DN>=1000000");
 }
 

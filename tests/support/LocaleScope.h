@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "support/TempFolder.h"
+#include "support/TemporaryFolder.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define KYCB_TEST_FINDS_LEAKS
@@ -28,9 +28,9 @@ namespace kycbtest {
 class LocaleScope {
   public:
     /// `language` like "de_DE"; the encoding is UTF-8.
-    explicit LocaleScope(const std::string& language) : before_(std::setlocale(LC_ALL, nullptr)) {
-        const std::string name = language + ".UTF-8";
-        active_ = Activate(name) || (Compile(language, name) && Activate(name));
+    explicit LocaleScope(const std::string& language)
+        : name_(language + ".UTF-8"), before_(std::setlocale(LC_ALL, nullptr)) {
+        active_ = Activate(name_) || (Compile(language, name_) && Activate(name_));
         if (!active_) return;
         const char decimal = *std::localeconv()->decimal_point;
         const std::locale narrow(std::locale::classic(), new Grouping<char>(decimal));
@@ -46,6 +46,11 @@ class LocaleScope {
 
     /// False when the locale cannot be had here; the test is to be skipped then.
     bool IsActive() const { return active_; }
+
+    /// What to say of a test that is skipped for it.
+    std::string WhyInactive() const {
+        return "locale " + name_ + " cannot be had: install \"locales\"";
+    }
 
   private:
     template <class Char>
@@ -83,8 +88,9 @@ class LocaleScope {
         return ::setenv("LOCPATH", folder.c_str(), 1) == 0;
     }
 
+    std::string name_;
     std::string before_;
-    std::optional<TempFolder> compiled_;
+    std::optional<TemporaryFolder> compiled_;
     bool active_ = false;
 };
 

@@ -189,8 +189,11 @@ TEST(GltfWriter, LeavesOutGeometryThatIsNotFinite) {
 
 TEST(GltfWriter, WritesNumbersWithAPointInEveryLocale) {
     const kycbtest::LocaleScope locale("de_DE");
-    if (!locale.IsActive()) GTEST_SKIP() << "no German locale here";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     SceneRecorder scene;
-    scene.CreateNode(kQNGISceneRoot, L"")->AddLineSegment({{0.5, 0, 0}, {1.5, 0, 0}}, 0);
-    EXPECT_THAT(ViewedPoints(Write(scene), 0), SizeIs(2));
+    scene.CreateNode(kQNGISceneRoot, L"")->AddLineSegment({{0.5, 0, 0}, {1234567.5, 0, 0}}, 0);
+    const auto points = ViewedPoints(Write(scene), 0);
+    ASSERT_THAT(points, SizeIs(2));
+    ExpectPoint(points[0], 0.0005, 0, 0);
+    ExpectPoint(points[1], 1234.5675, 0, 0);
 }
