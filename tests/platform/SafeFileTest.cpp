@@ -1,14 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <random>
-
 #include <gmock/gmock.h>
-#include <signal.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "platform/SafeFile.h"
+#include "support/ChildProcess.h"
 #include "support/TempFolder.h"
 
 namespace kycb::platform {
@@ -26,16 +21,6 @@ Status Save(const std::wstring& path, const std::string& bytes) {
 /// Large enough to need many writes.
 std::string Content(char letter) {
     return std::string(300000, letter);
-}
-
-/// Runs `body` in a child process and gives its exit code.
-template <class Body>
-int InChild(Body body) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(body());
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
 TEST(SafeFile, WritesANewFile) {
@@ -66,10 +51,7 @@ TEST(SafeFile, LeavesTheOldFileWithoutCommit) {
 TEST(SafeFile, LeavesTheOldFileWhenTheDiskIsFull) {
     const TempFolder folder;
     const std::wstring path = folder.Write("a.xml", "old");
-    const int failedClearly = InChild([&path] {
-        const rlimit limit{100000, 100000};
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
+    const int failedClearly = kycbtest::InChildOnFullDisk(100000, [&path] {
         const Status status = Save(path, Content('b'));
         return status.text.starts_with(path + L": cannot write this file: ") ? 1 : 0;
     });
@@ -79,29 +61,16 @@ TEST(SafeFile, LeavesTheOldFileWhenTheDiskIsFull) {
 }
 
 TEST(SafeFile, LeavesAWholeFileWheneverTheProcessIsKilled) {
-    constexpr int kKills = 200;
+    using kycbtest::Saved;
     const TempFolder folder;
-    const std::wstring path = folder.Write("a.xml", Content('a'));
-    std::mt19937 random(1);
-    int wholeNewFiles = 0;
-    for (int round = 0; round < kKills; ++round) {
-        const pid_t child = ::fork();
-        if (child == 0) {
-            for (char letter = 'b';; letter = letter == 'z' ? 'b' : static_cast<char>(letter + 1)) {
-                if (!Save(path, Content(letter)).IsOk()) ::_exit(1);
-            }
-        }
-        ::usleep(static_cast<useconds_t>(random() % 8000));
-        ::kill(child, SIGKILL);
-        int status = 0;
-        ::waitpid(child, &status, 0);
-        EXPECT_TRUE(WIFSIGNALED(status)) << "a save failed after an earlier kill";
-        const std::string now = folder.Read("a.xml");
-        ASSERT_EQ(now, Content(now.at(0)));
-        wholeNewFiles += now.at(0) != 'a';
-    }
-    EXPECT_GT(wholeNewFiles, 0);
-    EXPECT_TRUE(Save(path, "last").IsOk());
+    const std::wstring path = folder.File("a.xml");
+    const auto save = [&](Saved content) {
+        return Save(path, Content(content == Saved::kSmall ? 's' : 'l')).IsOk();
+    };
+    const auto found = [&] {
+        return kycbtest::WhichOf(folder.Read("a.xml"), Content('s'), Content('l'));
+    };
+    kycbtest::ExpectWholeWheneverKilled(save, found);
     EXPECT_EQ(folder.CountFiles(), 1u) << "what a killed process left is taken over";
 }
 

@@ -4,9 +4,8 @@
 #include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
-#include <algorithm>
-#include <chrono>
-#include <random>
+#include <filesystem>
+#include <memory>
 
 #include <gmock/gmock.h>
 
@@ -337,56 +336,53 @@ TEST(KyCollisionRuleMgr, WritesAnEmptyRuleSetThatReplacesTheOneHeld) {
     EXPECT_THAT(manager.GetRule()->GetSpecArray(), IsEmpty());
 }
 
-TEST(KyCollisionRuleMgr, LeavesTheOldFileWhenItCannotSave) {
+/// Gives the manager a rule set of that many items.
+void Fill(KyCollisionRuleMgr& manager, int items) {
+    auto rules = std::make_unique<KyCollisionRule>();
+    for (int i = 0; i < items; ++i)
+        rules->AddRuleItem(L"给排水/管道/" + std::to_wstring(i), true);
+    manager.SetRule(rules.release(), true);
+}
+
+TEST(KyCollisionRuleMgr, TellsThatItCannotSave) {
     const kycbtest::TempFolder folder;
     KyCollisionRuleMgr manager;
-    manager.SetRule(new KyCollisionRule, true);
+    Fill(manager, 1);
     EXPECT_FALSE(manager.SaveToXMLFile(folder.File("none/rules.xml")));
     EXPECT_FALSE(manager.SaveToXMLFile(L""));
 }
 
+TEST(KyCollisionRuleMgr, LeavesTheOldFileWhenTheDiskIsFull) {
+    const kycbtest::TempFolder folder;
+    const std::wstring path = folder.Write("rules.xml", "old");
+    KyCollisionRuleMgr manager;
+    Fill(manager, 300);
+    const int saved =
+        kycbtest::InChildOnFullDisk(1000, [&] { return manager.SaveToXMLFile(path) ? 1 : 0; });
+    EXPECT_EQ(saved, 0);
+    EXPECT_EQ(folder.Read("rules.xml"), "old");
+    EXPECT_EQ(folder.CountFiles(), 1u);
+}
+
 TEST(KyCollisionRuleMgr, LeavesAWholeFileWheneverASavingProcessIsKilled) {
-    constexpr int kKills = 200;
+    using kycbtest::Saved;
     const kycbtest::TempFolder folder;
     const std::wstring path = folder.File("rules.xml");
-    const auto fill = [](KyCollisionRuleMgr& manager, int items) {
-        auto rules = std::make_unique<KyCollisionRule>();
-        for (int i = 0; i < items; ++i)
-            rules->AddRuleItem(L"给排水/管道/" + std::to_wstring(i), true);
-        manager.SetRule(rules.release(), true);
-    };
     KyCollisionRuleMgr small;
     KyCollisionRuleMgr large;
-    fill(small, 20);
-    fill(large, 300);
-    const auto start = std::chrono::steady_clock::now();
-    ASSERT_TRUE(large.SaveToXMLFile(path));
-    const auto saveTime = std::chrono::duration_cast<std::chrono::microseconds>(
-        std::chrono::steady_clock::now() - start);
-    // Some ten saves, so that most kills come after the first, however slow the machine is.
-    const auto longestDelay = static_cast<unsigned>(std::max<long>(8000, 10 * saveTime.count()));
-    const std::string largeBytes = folder.Read("rules.xml");
+    Fill(small, 20);
+    Fill(large, 300);
     ASSERT_TRUE(small.SaveToXMLFile(path));
     const std::string smallBytes = folder.Read("rules.xml");
-
-    std::mt19937 random(42);
-    int found[2] = {0, 0};
-    for (int round = 0; round < kKills; ++round) {
-        bool next = round % 2 == 0;
-        const auto saveOneAfterTheOther = [&] {
-            next = !next;
-            return (next ? small : large).SaveToXMLFile(path);
-        };
-        const auto end = kycbtest::RunUntilKilled(saveOneAfterTheOther,
-                                                  static_cast<unsigned>(random()) % longestDelay);
-        EXPECT_EQ(end, kycbtest::ChildEnd::kKilled) << "a save failed after an earlier kill";
-        const std::string bytes = folder.Read("rules.xml");
-        ASSERT_TRUE(bytes == smallBytes || bytes == largeBytes) << "round " << round;
-        ++found[bytes == largeBytes];
-    }
-    EXPECT_GT(found[0], 10);
-    EXPECT_GT(found[1], 10);
-    ASSERT_TRUE(small.SaveToXMLFile(path));
+    ASSERT_TRUE(large.SaveToXMLFile(path));
+    const std::string largeBytes = folder.Read("rules.xml");
+    const auto save = [&](Saved content) {
+        return (content == Saved::kSmall ? small : large).SaveToXMLFile(path);
+    };
+    const auto found = [&] {
+        return kycbtest::WhichOf(folder.Read("rules.xml"), smallBytes, largeBytes);
+    };
+    kycbtest::ExpectWholeWheneverKilled(save, found);
     EXPECT_EQ(folder.CountFiles(), 1u);
 }
 
@@ -442,7 +438,7 @@ TEST(KyCollisionRuleMgr, SharesItsRuleSetWithCopies) {
 
 TEST(KyCollisionRuleMgr, DoesNotDependOnTheProcessLocale) {
     const kycbtest::LocaleScope locale("de_DE");
-    if (!locale.IsActive()) GTEST_SKIP() << "locale de_DE.UTF-8 cannot be had: install \"locales\"";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     const kycbtest::TempFolder folder;
     KyCollisionRuleMgr manager;
     ReadItem(manager, L"<Mode type=\"2\">1000000</Mode>");

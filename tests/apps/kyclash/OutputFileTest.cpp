@@ -1,12 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <random>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include "CommandRunner.h"
 #include "kyclash/OutputFile.h"
@@ -20,22 +14,12 @@ using testing::ReadAll;
 using testing::TemporaryFolder;
 namespace fs = std::filesystem;
 
-// Runs `body` in a process of its own and gives what it returns.
-template <class Body>
-int InChild(Body body) {
-    const pid_t child = ::fork();
-    if (child == 0) ::_exit(body());
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-}
-
 TEST(OutputFile, ReplacesTheWholeFile) {
     const TemporaryFolder folder;
     const auto file = folder.Write("a.csv", "a long old text");
     EXPECT_FALSE(ReplaceFile(file, "new"));
     EXPECT_EQ(ReadAll(file), "new");
-    EXPECT_EQ(std::distance(fs::directory_iterator(folder.Path()), fs::directory_iterator()), 1);
+    EXPECT_EQ(folder.CountFiles(), 1U);
 }
 
 TEST(OutputFile, NamesTheFileThatCannotBeWritten) {
@@ -49,39 +33,24 @@ TEST(OutputFile, NamesTheFileThatCannotBeWritten) {
 TEST(OutputFile, KeepsTheOldFileWhenTheDiskIsFull) {
     const TemporaryFolder folder;
     const auto file = folder.Write("a.csv", "old");
-    const int failed = InChild([&file] {
-        const rlimit limit{1000, 1000};
-        ::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-        return ReplaceFile(file, std::string(5000, 'x')) ? 1 : 0;
-    });
+    const int failed = kycbtest::InChildOnFullDisk(
+        1000, [&file] { return ReplaceFile(file, std::string(5000, 'x')) ? 1 : 0; });
     EXPECT_EQ(failed, 1);
     EXPECT_EQ(ReadAll(file), "old");
     EXPECT_FALSE(fs::exists(folder.Path() / "a.csv.saving"));
 }
 
 TEST(OutputFile, IsWholeWheneverTheWriterIsKilled) {
-    constexpr int kKills = 200;
-    constexpr unsigned kLongestDelay = 8000;  // microseconds
-    constexpr std::size_t kSize = 300000;
+    using kycbtest::Saved;
     const TemporaryFolder folder;
-    const auto file = folder.Write("a.csv", std::string(kSize, 'a'));
-    std::mt19937 random(3);
-    char letter = 'a';
-    const auto replaceAgain = [&] {
-        letter = letter == 'z' ? 'b' : static_cast<char>(letter + 1);
-        return !ReplaceFile(file, std::string(kSize, letter));
+    const auto file = folder.Path() / "a.csv";
+    const std::string small(100000, 's');
+    const std::string large(300000, 'l');
+    const auto save = [&](Saved content) {
+        return !ReplaceFile(file, content == Saved::kSmall ? small : large);
     };
-    int replaced = 0;
-    for (int round = 0; round < kKills; ++round) {
-        const auto end =
-            kycbtest::RunUntilKilled(replaceAgain, static_cast<unsigned>(random()) % kLongestDelay);
-        EXPECT_EQ(end, kycbtest::ChildEnd::kKilled) << "writing failed after an earlier kill";
-        const std::string now = ReadAll(file);
-        ASSERT_EQ(now, std::string(kSize, now.at(0))) << "round " << round;
-        replaced += now.at(0) != 'a';
-    }
-    EXPECT_GT(replaced, 10);
+    const auto found = [&] { return kycbtest::WhichOf(ReadAll(file), small, large); };
+    kycbtest::ExpectWholeWheneverKilled(save, found);
 }
 
 TEST(OutputFile, WritesThroughALink) {
