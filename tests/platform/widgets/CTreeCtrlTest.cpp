@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "KYCollisionBase/platform/widgets/CTreeCtrl.h"
 
-#include <QScrollBar>
 #include <QTest>
 
 #include <gmock/gmock.h>
+
+#include "support/ScrolledTree.h"
 
 namespace {
 
@@ -112,15 +113,10 @@ TEST_F(CTreeCtrlTest, DeletesAnItemWithEverythingBelow) {
 }
 
 TEST_F(CTreeCtrlTest, ScrollsToTheTopOnRequest) {
-    for (int i = 0; i < 100; ++i)
-        tree_.InsertItem(L"row", nullptr);
-    tree_.resize(200, 150);
-    tree_.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tree_));
-    tree_.scrollToBottom();
-    ASSERT_GT(tree_.verticalScrollBar()->value(), 0);
+    kycbtest::ShowWithManyRows(tree_, nullptr);
+    kycbtest::ScrollToTheBottom(tree_);
     tree_.SendMessage(WM_VSCROLL, SB_TOP, nullptr);
-    EXPECT_EQ(tree_.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(kycbtest::ScrolledBy(tree_), 0);
 }
 
 TEST_F(CTreeCtrlTest, KnowsItsRuntimeClass) {

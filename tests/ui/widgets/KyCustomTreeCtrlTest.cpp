@@ -6,7 +6,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <map>
@@ -14,6 +13,8 @@
 #include <vector>
 
 #include <gmock/gmock.h>
+
+#include "support/ScrolledTree.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -189,31 +190,20 @@ TEST_F(KyCustomTreeCtrlTest, TracesTheFrontierDepthByDepthBeforeItActs) {
 }
 
 TEST_F(KyCustomTreeCtrlTest, ScrollsToTheTop) {
-    for (int i = 0; i < 100; ++i)
-        tree_.InsertItem(L"row", d3_);
-    Open({s1_, d3_});
-    tree_.resize(200, 150);
-    tree_.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tree_));
+    kycbtest::ShowWithManyRows(tree_, d3_);
     for (const bool expand : {true, false}) {
-        tree_.scrollToBottom();
-        ASSERT_GT(tree_.verticalScrollBar()->value(), 0);
-        tree_.ExpandByLevel(expand);
-        EXPECT_EQ(tree_.verticalScrollBar()->value(), 0);
         Open({s1_, d3_});
+        kycbtest::ScrollToTheBottom(tree_);
+        tree_.ExpandByLevel(expand);
+        EXPECT_EQ(kycbtest::ScrolledBy(tree_), 0);
     }
 }
 
 TEST_F(KyCustomTreeCtrlTest, ScrollsToTheTopAlsoWhenThereIsNothingToClose) {
-    for (int i = 0; i < 100; ++i)
-        tree_.InsertItem(L"row", nullptr);
-    tree_.resize(200, 150);
-    tree_.show();
-    ASSERT_TRUE(QTest::qWaitForWindowExposed(&tree_));
-    tree_.scrollToBottom();
-    ASSERT_GT(tree_.verticalScrollBar()->value(), 0);
+    kycbtest::ShowWithManyRows(tree_, nullptr);
+    kycbtest::ScrollToTheBottom(tree_);
     tree_.ExpandByLevel(false);
-    EXPECT_EQ(tree_.verticalScrollBar()->value(), 0);
+    EXPECT_EQ(kycbtest::ScrolledBy(tree_), 0);
 }
 
 TEST_F(KyCustomTreeCtrlTest, ClosesAParentOfSeveralFrontierItemsOnce) {
