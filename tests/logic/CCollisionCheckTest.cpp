@@ -4,8 +4,6 @@
 #include "KYCollisionBase/model/FloorModelInfo.h"
 #include "KYCollisionBase/model/ObjectModelInfo.h"
 #include "KYCollisionBase/model/WorkSetModelInfo.h"
-#include "KYCollisionBase/result/CExistingHole.h"
-#include "KYCollisionBase/result/KyResultItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
 #include <chrono>
@@ -15,6 +13,7 @@
 
 #include <gmock/gmock.h>
 
+#include "logic/DriverOutput.h"
 #include "support/CheckedScene.h"
 #include "support/Kinds.h"
 #include "support/PriorityScope.h"
@@ -25,11 +24,6 @@ namespace {
 using namespace KYCOLLISION::LOGIC;
 using namespace KYCOLLISION::MODEL;
 using namespace kycb::test;
-using KYCOLLISION::RESULT::CExistingHole;
-using KYCOLLISION::RESULT::KyResultItem;
-using FloorKey = CCollisionCheck::FloorKey;
-using ResultMap = std::map<FloorKey, std::vector<KyResultItem*>>;
-using HoleMap = std::map<FloorKey, std::vector<std::shared_ptr<CExistingHole>>>;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -79,14 +73,6 @@ class Driver : public ::testing::Test {
         return ObjectOf(static_cast<WorkSetModelInfo&>(*check_.GetCollisionModel()), guid);
     }
 };
-
-void DeleteItems(ResultMap& results) {
-    for (auto& [key, items] : results) {
-        for (const KyResultItem* item : items) {
-            delete item;
-        }
-    }
-}
 
 TEST_F(Driver, StartsEmpty) {
     EXPECT_EQ(check_.GetDataSource(), nullptr);
@@ -515,7 +501,7 @@ TEST_F(Driver, ReplacesTheEntryOfAKeyWithResults) {
     results[key] = {nullptr, nullptr, nullptr};
     check_.GetCollisionResult(floors, results);
     ASSERT_EQ(results[key].size(), 1U);
-    const std::unique_ptr<KyResultItem> callers(results[key][0]);
+    const std::unique_ptr<KYCOLLISION::RESULT::KyResultItem> callers(results[key][0]);
     check_.CollisionCheck(floors);
     check_.GetCollisionResult(floors, results);
     EXPECT_NE(results[key][0], callers.get());

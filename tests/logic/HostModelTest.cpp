@@ -2,8 +2,6 @@
 // The driver before a model of the host's own making: what it asks for, of whom and in which order.
 #include "KYCollisionBase/logic/CCollisionCheck.h"
 #include "KYCollisionBase/model/ICollisionModel.h"
-#include "KYCollisionBase/result/CExistingHole.h"
-#include "KYCollisionBase/result/KyResultItem.h"
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
 #include <functional>
@@ -11,6 +9,7 @@
 
 #include <gmock/gmock.h>
 
+#include "logic/DriverOutput.h"
 #include "support/FakeDataSource.h"
 #include "support/RuleBuilder.h"
 #include "support/StopFlag.h"
@@ -22,7 +21,6 @@ using namespace KYCOLLISION::MODEL;
 using namespace kycb::test;
 using KYCOLLISION::RESULT::CExistingHole;
 using KYCOLLISION::RESULT::KyResultItem;
-using FloorKey = ICollisionModel::FloorKey;
 using ::testing::ElementsAre;
 
 constexpr int kPerFloor = 3;
@@ -192,17 +190,17 @@ TEST_F(HostModel, CountsEachKeyInTheGivenOrder) {
 TEST_F(HostModel, IsAskedForResultsAndOpeningsKeyByKey) {
     const std::vector<SCollisionFloor> floors = {{L"x", {}, {{2, L"b"}, {1, L"none"}}},
                                                  {L"y", {}, {{1, L"a"}}}};
-    std::map<FloorKey, std::vector<KyResultItem*>> results;
+    ResultMap results;
     check_.GetCollisionResult(floors, results);
     EXPECT_THAT(log_,
                 ElementsAre("results 2/b [ 0/0]", "results 1/none [ 0/0]", "results 1/a [ 0/0]"));
     EXPECT_EQ(results.size(), 2U);
     for (const auto& [key, items] : results) {
-        ASSERT_EQ(items.size(), 1U);
-        delete items[0];
+        EXPECT_EQ(items.size(), 1U);
     }
+    DeleteItems(results);
     log_.clear();
-    std::map<FloorKey, std::vector<std::shared_ptr<CExistingHole>>> holes;
+    HoleMap holes;
     check_.GetExistingHoles(floors, holes);
     EXPECT_THAT(log_, ElementsAre("holes 2/b [ 0/0]", "holes 1/none [ 0/0]", "holes 1/a [ 0/0]"));
     EXPECT_EQ(holes.size(), 2U);
