@@ -9,49 +9,21 @@
 
 #include "platform/HostileXml.h"
 #include "platform/Text.h"
+#include "support/KindTables.h"
 #include "support/LocaleScope.h"
 #include "support/TempFolder.h"
 
 namespace KYCOLLISION::MODEL {
 namespace {
 
-using kycb::text::Split;
+using kycb::test::KindRow;
+using kycb::test::KindTable;
+using kycb::test::kRuns;
+using kycb::test::kStructure;
+using kycb::test::kWaterPipeRows;
+using kycb::test::MinorCategoriesOf;
 
-/// One row of a family: what it answers, and the names it holds, separated by L'，'.
-struct Row {
-    int answer;
-    const wchar_t* specialty;
-    const wchar_t* dalei;
-    const wchar_t* xiaolei;
-};
-
-/// Water pipes first, in three rows; then trays and ducts.
-const std::vector<Row> kRuns = {
-    {1, L"给排水", L"管道",
-     L"给水管，热给水管，热回水管，污水管，废水管，雨水管，中水管，消防管，喷淋管，其它管，软管"},
-    {1, L"暖通", L"水管",
-     L"热供水管，热回水管，冷供水管，冷回水管，冷却水管，凝结水管，软管，其它水管"},
-    {1, L"消防", L"管网", L"喷淋管，消防管，气体灭火管，泡沫灭火管，其它管"},
-    {1, L"电气", L"电缆桥架", L"母线馈线，桥架，托盘，组合式桥架"},
-    {1, L"暖通", L"风管", L"送风管，新风管，回风管，排风管，除尘排烟管，其它风管，柔性风管"},
-    {1, L"弱电", L"线槽桥架", L"泡沫灭火管，其它管，线槽，桥架"},
-};
-constexpr std::size_t kWaterPipeRows = 3;
-
-const std::vector<Row> kStructure = {
-    {1, L"土建", L"梁", L"框架梁，次梁，连梁，独立梁，圈梁，过梁，窗台"},
-    {1, L"土建", L"楼梯楼板", L"现浇板，预制板，拱形板，楼梯，梯段，螺旋板"},
-    {1, L"土建", L"墙", L"砼外墙，砼内墙，砖外墙，砖内墙，填充墙，间壁墙，电梯井墙，玻璃幕墙"},
-    {1, L"土建", L"柱", L"砼柱，砖柱，构造柱，暗柱，自适应暗柱，门垛，柱帽，柱墩"},
-    {1, L"土建", L"几何构件", L"几何梁，钢梁，几何板，几何楼梯，钢板，几何墙，钢柱"},
-    {1, L"钢筋", L"梁", L"框架梁，次梁，圈梁，吊筋"},
-    {1, L"钢筋", L"板", L"现浇板，梯段"},
-    {1, L"钢筋", L"墙", L"剪力墙，人防墙，砖墙，飘窗，暗梁，连梁，人防门槛梁，过梁"},
-    {1, L"钢筋", L"柱", L"框架柱暗柱，自适应暗柱，人防柱，构造柱，门垛，柱帽"},
-    {1, L"钢筋", L"几何构件", L"钢梁，钢板，钢柱"},
-};
-
-const std::vector<Row> kServiceKinds = {
+const KindTable kServiceKinds = {
     {1, L"暖通", L"风管", L"送风管，新风管，回风管，排风管，除尘排烟管，其它风管"},
     {2, L"电气", L"电缆桥架", L"桥架，托盘，组合式桥架"},
     {2, L"弱电", L"线槽桥架", L"线槽，桥架"},
@@ -63,10 +35,10 @@ const std::vector<Row> kServiceKinds = {
     {4, L"消防", L"管网", L"喷淋管，消防管，气体灭火管，泡沫灭火管，其它管"},
 };
 
-int Expected(const std::vector<Row>& rows, const AttCategory& category) {
-    for (const Row& row : rows) {
+int Expected(const KindTable& rows, const AttCategory& category) {
+    for (const KindRow& row : rows) {
         if (category.specialty != row.specialty || category.dalei != row.dalei) continue;
-        for (const std::wstring& name : Split(row.xiaolei, L'，')) {
+        for (const std::wstring& name : MinorCategoriesOf(row)) {
             if (name == category.xiaolei) return row.answer;
         }
     }
@@ -79,10 +51,10 @@ std::vector<AttCategory> EveryTriple() {
     std::set<std::wstring> daleis = {L"", L"门窗", L"管", L"梁 "};
     std::set<std::wstring> xiaoleis = {L"", L"管", L"梁", L"给水管 ", L"框架梁，次梁"};
     for (const auto* rows : {&kRuns, &kStructure, &kServiceKinds}) {
-        for (const Row& row : *rows) {
+        for (const KindRow& row : *rows) {
             specialties.insert(row.specialty);
             daleis.insert(row.dalei);
-            for (const std::wstring& name : Split(row.xiaolei, L'，'))
+            for (const std::wstring& name : MinorCategoriesOf(row))
                 xiaoleis.insert(name);
         }
     }
@@ -163,7 +135,7 @@ TEST(CategoryIndex, ComparesSpecialtiesWithCase) {
 }
 
 TEST(Families, AnswerAsTheTablesSayForEveryTriple) {
-    const std::vector<Row> waterPipes(kRuns.begin(), kRuns.begin() + kWaterPipeRows);
+    const KindTable waterPipes(kRuns.begin(), kRuns.begin() + kWaterPipeRows);
     int runs = 0;
     int structures = 0;
     int services = 0;
@@ -360,7 +332,7 @@ TEST_F(PriorityTest, ClearsTheMapBeforeLoading) {
 
 TEST_F(PriorityTest, DoesNotDependOnTheProcessLocale) {
     const kycbtest::LocaleScope locale("zh_CN");
-    if (!locale.IsActive()) GTEST_SKIP() << "locale zh_CN.UTF-8 cannot be had: install \"locales\"";
+    if (!locale.IsActive()) GTEST_SKIP() << locale.WhyInactive();
     WriteFile("<r><g><e att=\"给排水/管道/给水管\" priority=\"1000000\"/></g></r>");
     EXPECT_EQ(PriorityOfSupplyPipe(), 1000000);
 }
