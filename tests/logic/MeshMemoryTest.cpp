@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The limit on the memory of meshes: what is kept, and that it changes nothing else.
 #include "KYCollisionBase/logic/CCollisionCheck.h"
-#include "KYCollisionBase/model/AttCategoryModelInfo.h"
-#include "KYCollisionBase/model/FloorModelInfo.h"
 #include "KYCollisionBase/model/ObjectModelInfo.h"
-#include "KYCollisionBase/model/ProjectModelInfo.h"
 #include "KYCollisionBase/model/WorkSetModelInfo.h"
 
 #include <algorithm>
@@ -52,30 +49,24 @@ struct MeshMemory : ::testing::Test {
             mostAtOnce = std::max(mostAtOnce, MeshesHeld());
         };
     }
-    template <class Visitor>
-    void Visit(const Visitor& visit) {
-        const auto& model = static_cast<WorkSetModelInfo&>(*check.GetCollisionModel());
-        for (const auto& [name, floor] : model.GetProject(1)->GetFloors()) {
-            for (const auto& [path, category] : floor->GetCategories()) {
-                for (const auto& [guid, obj] : category->GetObjects()) {
-                    visit(*obj);
-                }
-            }
-        }
+    std::vector<ObjectModelInfo*> Objects() {
+        return ObjectsOf(static_cast<WorkSetModelInfo&>(*check.GetCollisionModel()));
     }
     std::size_t MeshesHeld() {
         std::size_t held = 0;
-        Visit([&](const ObjectModelInfo& obj) { held += obj.GetOpcodeModels().size(); });
+        for (const ObjectModelInfo* obj : Objects()) {
+            held += obj->GetOpcodeModels().size();
+        }
         return held;
     }
     // Who clashes with whom, in the order of recording.
     std::vector<std::wstring> Clashes() {
         std::vector<std::wstring> clashes;
-        Visit([&](const ObjectModelInfo& obj) {
-            for (const SCollisionWithObj& clash : obj.GetCollisionObjs()) {
-                clashes.push_back(obj.GetObjGuid() + L"-" + clash.other->GetObjGuid());
+        for (const ObjectModelInfo* obj : Objects()) {
+            for (const SCollisionWithObj& clash : obj->GetCollisionObjs()) {
+                clashes.push_back(obj->GetObjGuid() + L"-" + clash.other->GetObjGuid());
             }
-        });
+        }
         return clashes;
     }
     std::size_t MeshesAsked() { return source->CallsOf(HostCall::kCreateMesh).size(); }

@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "scenes/LibrarySession.h"
 
-#include "KYCollisionBase/model/AttCategoryModelInfo.h"
-#include "KYCollisionBase/model/FloorModelInfo.h"
 #include "KYCollisionBase/model/ObjectModelInfo.h"
-#include "KYCollisionBase/model/ProjectModelInfo.h"
 #include "KYCollisionBase/model/WorkSetModelInfo.h"
 #include "KYCollisionBase/result/KyResultItem.h"
 
@@ -12,6 +9,7 @@
 #include <stdexcept>
 
 #include "scenes/SceneHost.h"
+#include "support/SceneBuilder.h"
 
 namespace kycb::scenes {
 
@@ -55,14 +53,8 @@ std::map<const ObjectModelInfo*, std::size_t> NumbersOf(const Scene& scene,
         byId[scene.components[i].objectId] = i;
     }
     std::map<const ObjectModelInfo*, std::size_t> numbers;
-    for (const auto& [id, project] : model.GetProjects()) {
-        for (const auto& [name, floor] : project->GetFloors()) {
-            for (const auto& [path, category] : floor->GetCategories()) {
-                for (const auto& [guid, obj] : category->GetObjects()) {
-                    numbers[obj] = byId.at(boost::any_cast<std::wstring>(obj->GetObjectId()));
-                }
-            }
-        }
+    for (const ObjectModelInfo* obj : test::ObjectsOf(model)) {
+        numbers[obj] = byId.at(boost::any_cast<std::wstring>(obj->GetObjectId()));
     }
     return numbers;
 }

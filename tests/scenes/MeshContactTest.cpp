@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The collider against every triangle tested with every other.
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -59,13 +57,6 @@ TrianglePairs Swapped(const TrianglePairs& pairs) {
     return swapped;
 }
 
-template <class Items>
-void Shuffle(Items& items, Random& random) {
-    for (std::size_t i = items.size(); i > 1; --i) {
-        std::swap(items[i - 1], items[static_cast<std::size_t>(random.Below(static_cast<int>(i)))]);
-    }
-}
-
 /// The same triangles in another order, each begun at another vertex and wound either way.
 struct ShuffledMesh {
     TestMesh mesh;
@@ -78,11 +69,11 @@ ShuffledMesh ShuffleTriangles(const TestMesh& mesh, Random& random) {
     for (std::size_t i = 0; i < mesh.triangles.size(); ++i) {
         shuffled.formerIndex.push_back(i);
     }
-    Shuffle(shuffled.formerIndex, random);
+    random.Shuffle(shuffled.formerIndex);
     for (const std::size_t former : shuffled.formerIndex) {
         std::vector<std::uint32_t> refs(mesh.triangles[former].mVRef,
                                         mesh.triangles[former].mVRef + 3);
-        Shuffle(refs, random);
+        random.Shuffle(refs);
         shuffled.mesh.triangles.emplace_back(refs[0], refs[1], refs[2]);
     }
     return shuffled;

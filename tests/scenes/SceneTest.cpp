@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // The library against the reference on thousands of small random scenes.
-#include <algorithm>
 #include <cstdint>
 #include <map>
 #include <set>
@@ -58,13 +57,6 @@ bool IsFreeOfTwins(const Scene& scene) {
     return true;
 }
 
-void Shuffle(std::vector<SceneComponent>& components, test::Random& random) {
-    for (std::size_t i = components.size(); i > 1; --i) {
-        const auto other = static_cast<std::size_t>(random.Below(static_cast<int>(i)));
-        std::swap(components[i - 1], components[other]);
-    }
-}
-
 /// What the library answers, without anything that numbers the components.
 struct Answer {
     std::vector<MeshCall> meshCalls;
@@ -90,7 +82,7 @@ TEST(ShuffledScenes, OrderOfAppendingPlaysNoPartWithoutTwins) {
         if (!IsFreeOfTwins(scene)) continue;
         const Answer expected = AnswerTo(scene);
         test::Random random(seed);
-        Shuffle(scene.components, random);
+        random.Shuffle(scene.components);
         const Answer found = AnswerTo(scene);
         EXPECT_TRUE(expected.meshCalls == found.meshCalls) << "seed " << seed;
         EXPECT_EQ(Difference(expected.results, found.results), std::nullopt) << "seed " << seed;

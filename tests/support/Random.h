@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 namespace kycb::test {
 
@@ -27,6 +28,13 @@ class Random {
     template <class Items>
     const auto& Pick(const Items& items) {
         return items[static_cast<std::size_t>(Below(static_cast<int>(items.size())))];
+    }
+
+    template <class Items>
+    void Shuffle(Items& items) {
+        for (std::size_t i = items.size(); i > 1; --i) {
+            std::swap(items[i - 1], items[static_cast<std::size_t>(Below(static_cast<int>(i)))]);
+        }
     }
 
   private:

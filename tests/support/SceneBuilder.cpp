@@ -120,6 +120,20 @@ std::unique_ptr<WorkSetModelInfo> SceneBuilder::BuildModel() const {
     return model;
 }
 
+std::vector<ObjectModelInfo*> ObjectsOf(const WorkSetModelInfo& model) {
+    std::vector<ObjectModelInfo*> objects;
+    for (const auto& [id, project] : model.GetProjects()) {
+        for (const auto& [name, floor] : project->GetFloors()) {
+            for (const auto& [path, category] : floor->GetCategories()) {
+                for (const auto& [guid, obj] : category->GetObjects()) {
+                    objects.push_back(obj);
+                }
+            }
+        }
+    }
+    return objects;
+}
+
 ObjectModelInfo* ObjectOf(const WorkSetModelInfo& model, const std::wstring& guid) {
     for (const auto& [id, project] : model.GetProjects()) {
         for (const auto& [name, floor] : project->GetFloors()) {

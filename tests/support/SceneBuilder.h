@@ -84,6 +84,10 @@ class SceneBuilder {
 KYCOLLISION::MODEL::ObjectModelInfo* NewObject(const SceneComponent& component);
 KYCOLLISION::MODEL::ObjectModelInfo* NewObject(const std::wstring& guid, const BoundingBox3d& box);
 
+/// All components of the model in the order of its walk: project, floor, category path, GUID.
+std::vector<KYCOLLISION::MODEL::ObjectModelInfo*> ObjectsOf(
+    const KYCOLLISION::MODEL::WorkSetModelInfo& model);
+
 /// The first component of the model under exactly this GUID; null when there is none.
 KYCOLLISION::MODEL::ObjectModelInfo* ObjectOf(const KYCOLLISION::MODEL::WorkSetModelInfo& model,
                                               const std::wstring& guid);
