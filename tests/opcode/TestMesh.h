@@ -56,7 +56,6 @@ class BuiltMesh {
     BuiltMesh(const BuiltMesh&) = delete;
     BuiltMesh& operator=(const BuiltMesh&) = delete;
 
-    const MeshData& Data() const { return data_; }
     const Opcode::MeshInterface& Mesh() const { return mesh_; }
     const Opcode::Model& Model() const { return model_; }
     Opcode::Model& Model() { return model_; }

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "KYCollisionBase/opcode/MeshInterface.h"
 #include "KYCollisionBase/opcode/Model.h"
 #include "KYCollisionBase/platform/BoundingBox2d.h"
 #include "KYCollisionBase/platform/BoundingBox3d.h"
@@ -8,16 +7,19 @@
 #include "KYCollisionBase/ui/SceneRecorder.h"
 
 #include <array>
-#include <limits>
 #include <numbers>
 #include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
 
+#include "opcode/TestMesh.h"
+
 using kycb::PrimitiveKind;
 using kycb::RecordedNode;
 using kycb::SceneRecorder;
+using kycb::opcode::test::BuiltMesh;
+using kycb::opcode::test::MeshData;
 using QNIM::GeometryPrimitiveResource::CQNIMBoundArc;
 using QNIM::GeometryPrimitiveResource::CQNIMBoundingBox;
 using QNIM::GeometryPrimitiveResource::CQNIMCurve;
@@ -37,30 +39,6 @@ using Ends = std::pair<CQNIMPosition, CQNIMPosition>;
 class OddCurve : public CQNIMCurve {
   public:
     CQNIMBoundingBox GetBoundingBox() const override { return {}; }
-};
-
-// A mesh as hosts build them, on arrays of its own.
-class Mesh {
-  public:
-    Mesh(std::vector<IceMaths::Point> points, std::vector<IceMaths::IndexedTriangle> triangles)
-        : points_(std::move(points)), triangles_(std::move(triangles)) {
-        interface_.SetNbTriangles(static_cast<std::uint32_t>(triangles_.size()));
-        interface_.SetNbVertices(static_cast<std::uint32_t>(points_.size()));
-        interface_.SetPointers(triangles_.data(), points_.data());
-        Opcode::OPCODECREATE create;
-        create.mIMesh = &interface_;
-        accepted_ = model_.Build(create);
-    }
-
-    Opcode::Model* Model() { return &model_; }
-    bool Accepted() const { return accepted_; }
-
-  private:
-    std::vector<IceMaths::Point> points_;
-    std::vector<IceMaths::IndexedTriangle> triangles_;
-    Opcode::MeshInterface interface_;
-    Opcode::Model model_;
-    bool accepted_ = false;
 };
 
 class KyCheckTestToolTest : public testing::Test {
@@ -240,8 +218,9 @@ TEST_F(KyCheckTestToolTest, DrawsNoNullBoxes) {
 }
 
 TEST_F(KyCheckTestToolTest, DrawsEachTriangleOfAMeshAsANodeOfItsOwn) {
-    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 0.5F}}, {{0, 1, 2}, {3, 2, 1}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kTeal);
+    BuiltMesh mesh(
+        MeshData{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 0.5F}}, {{0, 1, 2}, {3, 2, 1}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kTeal);
     ASSERT_THAT(Drawn(), SizeIs(2));
     const CQNIMPosition a(0, 0, 0);
     const CQNIMPosition b(1, 0, 0);
@@ -255,31 +234,31 @@ TEST_F(KyCheckTestToolTest, DrawsEachTriangleOfAMeshAsANodeOfItsOwn) {
 }
 
 TEST_F(KyCheckTestToolTest, WidensSinglePrecisionAsItIs) {
-    Mesh mesh({{0.1F, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    BuiltMesh mesh(MeshData{{{0.1F, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     EXPECT_EQ(Segments(*Drawn().at(0)).at(0).first.GetX(), static_cast<double>(0.1F));
 }
 
 TEST_F(KyCheckTestToolTest, DrawsNothingForANullOrEmptyMesh) {
     tool_.DrawObjectModelTriangle(nullptr, kRed);
-    Mesh empty({{0, 0, 0}}, {});
-    tool_.DrawObjectModelTriangle(empty.Model(), kRed);
+    BuiltMesh empty(MeshData{{{0, 0, 0}}, {}});
+    tool_.DrawObjectModelTriangle(&empty.Model(), kRed);
     Opcode::Model neverBuilt;
     tool_.DrawObjectModelTriangle(&neverBuilt, kRed);
     EXPECT_THAT(Drawn(), IsEmpty());
 }
 
 TEST_F(KyCheckTestToolTest, DrawsNothingOfAMeshThatWasRefused) {
-    Mesh broken({{0, 0, 0}, {1, 0, 0}}, {{0, 1, 99}});
+    BuiltMesh broken(MeshData{{{0, 0, 0}, {1, 0, 0}}, {{0, 1, 99}}});
     ASSERT_FALSE(broken.Accepted());
-    tool_.DrawObjectModelTriangle(broken.Model(), kRed);
+    tool_.DrawObjectModelTriangle(&broken.Model(), kRed);
     EXPECT_THAT(Drawn(), IsEmpty());
 }
 
 TEST_F(KyCheckTestToolTest, ShowsTriErrorOnceForEachTriangleWithALongEdgeAndDrawsOn) {
-    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {2000000, 0, 0}},
-              {{0, 1, 3}, {0, 1, 2}, {3, 0, 1}, {2, 1, 0}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    BuiltMesh mesh(MeshData{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {2000000, 0, 0}},
+                            {{0, 1, 3}, {0, 1, 2}, {3, 0, 1}, {2, 1, 0}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     EXPECT_THAT(Drawn(), SizeIs(4));
     EXPECT_THAT(messages_, ElementsAre(L"Tri Error", L"Tri Error"));
 }
@@ -287,14 +266,14 @@ TEST_F(KyCheckTestToolTest, ShowsTriErrorOnceForEachTriangleWithALongEdgeAndDraw
 TEST_F(KyCheckTestToolTest, DrawsTheTriangleBeforeItShowsTriError) {
     std::size_t drawnByThen = 0;
     BASEUI::SetMessageBox([&](const std::wstring&, unsigned) { drawnByThen = Drawn().size(); });
-    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {2000000, 0, 0}}, {{0, 1, 2}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    BuiltMesh mesh(MeshData{{{0, 0, 0}, {1, 0, 0}, {2000000, 0, 0}}, {{0, 1, 2}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     EXPECT_EQ(drawnByThen, 1U);
 }
 
 TEST_F(KyCheckTestToolTest, TakesAnEdgeOfExactlyAKilometreForGood) {
-    Mesh mesh({{0, 0, 0}, {1000000, 0, 0}, {0, 1, 0}}, {{0, 1, 0}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    BuiltMesh mesh(MeshData{{{0, 0, 0}, {1000000, 0, 0}, {0, 1, 0}}, {{0, 1, 0}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     EXPECT_THAT(messages_, IsEmpty());
 }
 
@@ -305,16 +284,16 @@ TEST_F(KyCheckTestToolTest, MeasuresAllThreeEdges) {
     for (const auto& triangle :
          std::vector<IceMaths::IndexedTriangle>{{1, 2, 0}, {1, 0, 2}, {0, 1, 2}}) {
         messages_.clear();
-        Mesh mesh(points, {triangle});
-        tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+        BuiltMesh mesh(MeshData{points, {triangle}});
+        tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
         EXPECT_THAT(messages_, SizeIs(1));
     }
 }
 
 TEST_F(KyCheckTestToolTest, ShowsNoTriErrorWithoutAContext) {
     tool_.Reset();
-    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {2000000, 0, 0}}, {{0, 1, 2}});
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    BuiltMesh mesh(MeshData{{{0, 0, 0}, {1, 0, 0}, {2000000, 0, 0}}, {{0, 1, 2}}});
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     EXPECT_THAT(messages_, IsEmpty());
 }
 
@@ -322,10 +301,10 @@ TEST_F(KyCheckTestToolTest, DrawsNothingByAnyOperationWithoutAContext) {
     tool_.Reset();
     const CQNIMLineSegment segment({0, 0, 0}, {1, 0, 0});
     const CQNIMBoundArc arc({0, 0, 0}, 5, 0, 1);
-    Mesh mesh({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}});
+    BuiltMesh mesh(MeshData{{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {{0, 1, 2}}});
     tool_.DrawCollisionPoint({0, 0, 0}, kRed);
     tool_.DrawTriangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0}, kRed);
-    tool_.DrawObjectModelTriangle(mesh.Model(), kRed);
+    tool_.DrawObjectModelTriangle(&mesh.Model(), kRed);
     tool_.DrawQNIMCurve(&segment, kRed);
     tool_.DrawQNIMCurve(&arc, kRed);
     tool_.DrawLineSeg(segment, kRed);
