@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: Apache-2.0
-#include "KYCollisionBase/model/AttCategory.h"
 #include "KYCollisionBase/result/KyWorksetResultData.h"
 
+#include <algorithm>
 #include <any>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "result/ResultBuilder.h"
+#include "support/PriorityScope.h"
 
 using kycbtest::AxisSource;
 using kycbtest::GuidsA;
 using kycbtest::KyResultItem;
 using kycbtest::NewItem;
-using KYCOLLISION::MODEL::AttCategory;
 using KYCOLLISION::RESULT::IKyResultData;
 using KYCOLLISION::RESULT::KyWorksetResultData;
 
@@ -25,11 +25,6 @@ using Groups = std::vector<IKyResultData::ResultGroup>;
 
 class KyWorksetResultDataTest : public testing::Test {
   protected:
-    KyWorksetResultDataTest() : results_(KyWorksetResultData::Create(KyModelTypeDefault, 42)) {
-        AttCategory::s_typePriorityMap = {{L"土建/墙/砼墙", 1}, {L"土建/梁/框架梁", 2}};
-    }
-    ~KyWorksetResultDataTest() override { AttCategory::s_typePriorityMap.clear(); }
-
     void Add(int project, const std::wstring& floor, const std::wstring& guid, double z = 0) {
         results_->AppendResultItem(
             NewItem(project, floor, guid, L"0,0," + std::to_wstring(z)).release());
@@ -56,7 +51,9 @@ class KyWorksetResultDataTest : public testing::Test {
         return GuidsA(groups.at(0).second);
     }
 
-    std::unique_ptr<KyWorksetResultData> results_;
+    const kycb::test::PriorityScope priorities_{{{L"土建/墙/砼墙", 1}, {L"土建/梁/框架梁", 2}}};
+    std::unique_ptr<KyWorksetResultData> results_ =
+        KyWorksetResultData::Create(KyModelTypeDefault, 42);
 };
 
 }  // namespace
