@@ -4,7 +4,6 @@
 
 #include "KYCollisionBase/platform/BoundingBox3d.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>

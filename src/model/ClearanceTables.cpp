@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "model/ClearanceTables.h"
 
-#include <array>
-#include <cstddef>
-
 namespace kycb::model {
 
 namespace {

@@ -9,6 +9,8 @@
 #include "KYCollisionBase/opcode/MeshInterface.h"
 #include "KYCollisionBase/opcode/Model.h"
 
+#include <unordered_map>
+
 namespace kycb::model {
 
 namespace {

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <deque>
-#include <unordered_map>
 #include <vector>
 
 namespace Opcode {

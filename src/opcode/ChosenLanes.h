@@ -4,7 +4,6 @@
 // some compilers, which takes longer than all the rest.)
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 

@@ -11,7 +11,6 @@
 #endif
 
 #include <cstddef>
-#include <cstdint>
 
 #include <hwy/highway.h>
 

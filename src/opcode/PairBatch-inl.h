@@ -13,8 +13,6 @@
 #endif
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 
 #include <hwy/highway.h>
 

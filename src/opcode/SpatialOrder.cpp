@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <array>
-#include <optional>
 
 #include "support/Random.h"
 #include "support/TestMesh.h"

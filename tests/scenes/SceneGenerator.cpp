@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <numbers>
-#include <set>
 
 #include "scenes/RandomBodies.h"
 #include "scenes/reference/Kinds.h"

@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: Apache-2.0
-#include <cmath>
-#include <limits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

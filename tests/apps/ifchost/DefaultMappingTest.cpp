@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the mapping that ships with the host makes of typical products.
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The whole sequence on real models, from rules to kept handling. The folder is KYCLASH_MODELS, or
 // "shared/models" beside the source tree; without it the tests are skipped.
-#include <set>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,10 +2,8 @@
 #include "scenes/reference/Axes.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
-#include <optional>
 
 #include "scenes/reference/Plan.h"
 

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <optional>
+#include <string>
 
 namespace kycb::scenes::reference {
 

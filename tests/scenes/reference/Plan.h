@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
-#include <string>
 #include <vector>
 
 namespace kycb::scenes::reference {
