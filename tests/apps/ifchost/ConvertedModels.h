@@ -4,7 +4,6 @@
 
 #include "KYCollisionBase/platform/HostServices.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
@@ -12,34 +11,12 @@
 #include <utility>
 #include <vector>
 
+#include "ModelConverter.h"
 #include "PackageBuilder.h"
-#include "ifchost/ConverterProcess.h"
 #include "ifchost/IfcWorkset.h"
 #include "ifchost/SceneConverter.h"
 
 namespace ifchost::testing {
-
-/// Folder of the real models: the variable KYCLASH_MODELS, else shared/models beside the sources.
-inline std::filesystem::path ModelFolder() {
-    const char* named = std::getenv("KYCLASH_MODELS");
-    return named != nullptr ? std::filesystem::path(named)
-                            : std::filesystem::path(IFCHOST_SOURCE_DIR) / "../shared/models";
-}
-
-/// Why no file can be converted here; empty when all that it takes is there.
-inline std::string WhyNoConversion() {
-    const char* named = std::getenv("KYCLASH_CONVERTER_DIR");
-    const auto folder = named != nullptr
-                            ? std::filesystem::path(named)
-                            : std::filesystem::path(IFCHOST_SOURCE_DIR) / "apps/ifchost/converter";
-    if (FindOnPath("node").empty() && std::getenv("KYCLASH_NODE") == nullptr) {
-        return "needs Node.js on PATH";
-    }
-    if (!std::filesystem::exists(folder / "node_modules/web-ifc")) {
-        return "needs web-ifc: npm ci --prefix " + folder.string();
-    }
-    return {};
-}
 
 /// Converts the files into `folder` and makes one work set of them.
 inline std::shared_ptr<const IfcWorkset> ConvertToWorkset(

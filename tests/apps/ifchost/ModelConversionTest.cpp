@@ -2,35 +2,23 @@
 // Real IFC files through the real converter, from text to typed package.
 
 #include <algorithm>
-#include <cstdlib>
 #include <map>
 #include <sstream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "PackageBuilder.h"
-#include "ifchost/ConverterProcess.h"
+#include "ConvertedModels.h"
 #include "ifchost/SceneConverter.h"
 #include "ifchost/ScenePackage.h"
 
 namespace ifchost {
 namespace {
 
+using testing::ModelFolder;
 using testing::ReadAll;
 using testing::TemporaryFolder;
 namespace fs = std::filesystem;
-
-fs::path ModelFolder() {
-    const char* named = std::getenv("KYCLASH_MODELS");
-    return named != nullptr ? fs::path(named) : fs::path(IFCHOST_SOURCE_DIR) / "../shared/models";
-}
-
-fs::path ConverterFolder() {
-    const char* named = std::getenv("KYCLASH_CONVERTER_DIR");
-    return named != nullptr ? fs::path(named)
-                            : fs::path(IFCHOST_SOURCE_DIR) / "apps/ifchost/converter";
-}
 
 struct ManifestRow {
     std::size_t meshed = 0;
@@ -56,16 +44,8 @@ std::map<std::string, ManifestRow> ReadManifest(const fs::path& path) {
 class ModelConversion : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (FindOnPath("node").empty() && std::getenv("KYCLASH_NODE") == nullptr) {
-            GTEST_SKIP() << "needs Node.js on PATH";
-        }
-        if (!fs::exists(ConverterFolder() / "node_modules/web-ifc")) {
-            GTEST_SKIP() << "needs web-ifc: npm ci --prefix " << ConverterFolder();
-        }
-        if (!fs::exists(ModelFolder() / "MANIFEST.tsv")) {
-            GTEST_SKIP() << "needs the models: KYCLASH_MODELS names their folder";
-        }
-        options_.converterDir = ConverterFolder();
+        if (const std::string why = testing::WhyNoModels(); !why.empty()) GTEST_SKIP() << why;
+        options_.converterDir = testing::ConverterFolder();
         options_.cacheDir = folder_.Path() / "cache";
     }
 

@@ -29,10 +29,7 @@ namespace fs = std::filesystem;
 class RealModels : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (const std::string why = testing::WhyNoConversion(); !why.empty()) GTEST_SKIP() << why;
-        if (!fs::exists(testing::ModelFolder() / "MANIFEST.tsv")) {
-            GTEST_SKIP() << "needs the models: KYCLASH_MODELS names their folder";
-        }
+        if (const std::string why = testing::WhyNoModels(); !why.empty()) GTEST_SKIP() << why;
     }
 
     std::shared_ptr<const IfcWorkset> Load(const std::vector<std::string>& names) {

@@ -3,17 +3,20 @@
 #pragma once
 
 #include <filesystem>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include <boost/process.hpp>
 
+#include "apps/ifchost/ModelConverter.h"
 #include "apps/ifchost/PackageBuilder.h"
 
 namespace kyclash::testing {
 
 using ifchost::testing::ReadAll;
 using ifchost::testing::TemporaryFolder;
+using ifchost::testing::WhyNoConversion;
 
 /// How a run ended and what it printed.
 struct CommandOutcome {
@@ -48,20 +51,14 @@ inline CommandOutcome RunShell(const std::string& arguments) {
     return RunProgram("/bin/sh", {"-c", "exec '" KYCLASH_PROGRAM "' " + arguments});
 }
 
+/// A result file's text with zeros for the ids of its results, which differ from run to run.
+inline std::string WithoutIds(const std::string& text) {
+    static const std::regex id("[0-9A-F]{12}[0-9a-f]{4}[0-9A-F]{16}");
+    return std::regex_replace(text, id, std::string(32, '0'));
+}
+
 inline std::string SourcePath(const std::string& relative) {
-    return (std::filesystem::path(KYCLASH_SOURCE_DIR) / relative).string();
+    return (std::filesystem::path(IFCHOST_SOURCE_DIR) / relative).string();
 }
-
-/// Whether models can be converted here; tests that need it are skipped without.
-inline bool HasConverter() {
-    const char* folder = std::getenv("KYCLASH_CONVERTER_DIR");
-    const std::filesystem::path converter =
-        folder != nullptr ? std::filesystem::path(folder)
-                          : std::filesystem::path(SourcePath("apps/ifchost/converter"));
-    return std::filesystem::exists(converter / "node_modules" / "web-ifc");
-}
-
-inline constexpr const char* kNoConverter =
-    "the IFC converter is not installed: run npm ci in apps/ifchost/converter";
 
 }  // namespace kyclash::testing

@@ -19,15 +19,14 @@ namespace {
 
 using testing::CommandOutcome;
 using ::testing::EndsWith;
-using testing::HasConverter;
 using ::testing::HasSubstr;
-using testing::kNoConverter;
 using ::testing::Not;
 using testing::ReadAll;
 using testing::RunCommand;
 using testing::RunShell;
 using testing::SourcePath;
 using testing::TemporaryFolder;
+using testing::WhyNoConversion;
 using Json = nlohmann::json;
 namespace fs = std::filesystem;
 
@@ -183,7 +182,7 @@ TEST(SystemRoot, MakesTheCategoriesThatRulesAreComparedWith) {
 class CheckCommand : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!HasConverter()) GTEST_SKIP() << kNoConverter;
+        if (const std::string why = WhyNoConversion(); !why.empty()) GTEST_SKIP() << why;
     }
 
     std::string Out(const std::string& name = "") const { return (folder_.Path() / name).string(); }

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
 // A check in several processes against one in a single process, on the sample building.
-#include <regex>
-
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
@@ -34,8 +32,7 @@ Checked Check(std::vector<std::string> options) {
     for (const char* own : {"seconds", "peakMegabytes", "written"}) {
         EXPECT_EQ(checked.report.erase(own), 1U) << own;
     }
-    static const std::regex id("[0-9A-F]{12}[0-9a-f]{4}[0-9A-F]{16}");
-    checked.results = std::regex_replace(ReadAll(folder.Path() / "results.csv"), id, "id");
+    checked.results = WithoutIds(ReadAll(folder.Path() / "results.csv"));
     checked.openings = ReadAll(folder.Path() / "openings.csv");
     return checked;
 }
@@ -47,7 +44,7 @@ void ExpectSame(const Checked& a, const Checked& b) {
 }
 
 TEST(Jobs, FindWhatOneProcessFindsInTheSameOrder) {
-    if (!HasConverter()) GTEST_SKIP() << kNoConverter;
+    if (const std::string why = WhyNoConversion(); !why.empty()) GTEST_SKIP() << why;
     const Checked one = Check({});
     EXPECT_GT(one.results.size(), 1000U);
     ExpectSame(Check({"--jobs", "2"}), one);
@@ -55,7 +52,7 @@ TEST(Jobs, FindWhatOneProcessFindsInTheSameOrder) {
 }
 
 TEST(Jobs, CheckTheFloorsThatAreAskedFor) {
-    if (!HasConverter()) GTEST_SKIP() << kNoConverter;
+    if (const std::string why = WhyNoConversion(); !why.empty()) GTEST_SKIP() << why;
     const std::vector<std::string> floors = {"--floor", "F2", "--floor", "F1"};
     std::vector<std::string> inJobs = floors;
     inJobs.insert(inJobs.end(), {"--jobs", "2"});

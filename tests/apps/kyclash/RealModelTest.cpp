@@ -11,27 +11,19 @@
 namespace kyclash {
 namespace {
 
+using ifchost::testing::ModelFolder;
+using ifchost::testing::WhyNoModels;
 using ::testing::HasSubstr;
 using testing::ReadAll;
 using testing::RunCommand;
 using testing::SourcePath;
 using testing::TemporaryFolder;
 using Json = nlohmann::json;
-namespace fs = std::filesystem;
-
-fs::path ModelFolder() {
-    const char* named = std::getenv("KYCLASH_MODELS");
-    return named != nullptr ? fs::path(named) : fs::path(KYCLASH_SOURCE_DIR) / "../shared/models";
-}
 
 class RealModels : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (!testing::HasConverter()) GTEST_SKIP() << testing::kNoConverter;
-        if (!fs::exists(ModelFolder() / "MANIFEST.tsv")) {
-            GTEST_SKIP() << "no models in " << ModelFolder().string()
-                         << "; KYCLASH_MODELS names another folder";
-        }
+        if (const std::string why = WhyNoModels(); !why.empty()) GTEST_SKIP() << why;
     }
 
     static std::string Model(const char* name) { return (ModelFolder() / name).string(); }
