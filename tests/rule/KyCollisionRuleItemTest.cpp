@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include "rule/CountedFilter.h"
+
 namespace KYCOLLISION::Rule {
 namespace {
 
@@ -14,23 +16,6 @@ using testing::IsEmpty;
 const KyExcludeItem kWholeSpecialty{0, L"土建", L"", L""};
 const KyExcludeItem kMajor{1, L"土建", L"墙", L""};
 const KyExcludeItem kMinor{2, L"土建", L"墙", L"砖内墙"};
-
-/// Counts the filters of its kind that are alive, and says itself what it equals.
-class CountedFilter : public IKyCollisionFilter {
-  public:
-    explicit CountedFilter(bool equalsNone = false) : equalsNone_(equalsNone) { ++alive; }
-    ~CountedFilter() override { --alive; }
-    EnumFilterType GetFilterType() const override { return static_cast<EnumFilterType>(9); }
-    IKyCollisionFilter* Clone() override { return new CountedFilter(equalsNone_); }
-    std::wstring ToString() const override { return L"counted"; }
-    bool Equal(const IKyCollisionFilter* other) const override { return other || equalsNone_; }
-    bool IsMeetCondition(double) const override { return true; }
-
-    static inline int alive = 0;
-
-  private:
-    bool equalsNone_;
-};
 
 KyCollisionMode Mode(int type, int tolerance) {
     KyCollisionMode mode;

@@ -11,6 +11,7 @@
 
 #include "platform/HostileXml.h"
 #include "platform/Text.h"
+#include "rule/CountedFilter.h"
 #include "support/ChildProcess.h"
 #include "support/LocaleScope.h"
 #include "support/TempFolder.h"
@@ -395,9 +396,17 @@ TEST(KyCollisionRuleMgr, ReadsPathsWithBackslashes) {
 
 TEST(SetRule, DestroysTheOldOneWhenToldTo) {
     KyCollisionRuleMgr manager;
-    manager.SetRule(new KyCollisionRule, true);
+    auto* item = new KyCollisionRuleItem;
+    item->SetSpecName(L"给排水");
+    item->SetAttName(kSupply);
+    item->SetFilter(new CountedFilter);
+    auto* first = new KyCollisionRule;
+    EXPECT_TRUE(first->AddRuleItem(item, true));
+    manager.SetRule(first, true);
+    EXPECT_EQ(CountedFilter::alive, 1);
     auto* second = new KyCollisionRule;
     manager.SetRule(second, true);
+    EXPECT_EQ(CountedFilter::alive, 0);
     EXPECT_EQ(manager.GetRule(), second);
     manager.SetRule(nullptr, true);
     EXPECT_EQ(manager.GetRule(), nullptr);

@@ -7,6 +7,8 @@
 
 #include <gmock/gmock.h>
 
+#include "rule/CountedFilter.h"
+
 namespace KYCOLLISION::Rule {
 namespace {
 
@@ -152,11 +154,16 @@ TEST(AddRuleItem, FilesAnItemUnderTheFirstPartOfItsPath) {
 }
 
 TEST(AddRuleItem, OfAnItemThatIsThereKeepsItTwiceAndFreesItOnce) {
-    KyCollisionRule rule;
-    KyCollisionRuleItem* item = NewItem(kWater, kSupply).release();
-    EXPECT_TRUE(rule.AddRuleItem(item, true));
-    EXPECT_TRUE(rule.AddRuleItem(item, true));
-    EXPECT_THAT(ValidPaths(rule), ElementsAre(kSupply, kSupply));
+    {
+        KyCollisionRule rule;
+        KyCollisionRuleItem* item = NewItem(kWater, kSupply).release();
+        item->SetFilter(new CountedFilter);
+        EXPECT_TRUE(rule.AddRuleItem(item, true));
+        EXPECT_TRUE(rule.AddRuleItem(item, true));
+        EXPECT_THAT(ValidPaths(rule), ElementsAre(kSupply, kSupply));
+        EXPECT_EQ(CountedFilter::alive, 1);
+    }
+    EXPECT_EQ(CountedFilter::alive, 0);
 }
 
 TEST(QueryRuleItem, FindsValidItemsByTheirWholePath) {
