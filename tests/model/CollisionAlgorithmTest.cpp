@@ -10,7 +10,6 @@
 
 #include <gmock/gmock.h>
 
-#include "model/ClashRegion.h"
 #include "model/ClearanceTables.h"
 #include "support/FakeDataSource.h"
 #include "support/Kinds.h"
@@ -361,35 +360,6 @@ TEST(CollisionAlgorithm, StartsWithOffsetsOfNothing) {
     Offsets offsets{-1, -1};
     algorithm.GetBodyOffset(offsets.first, offsets.second);
     EXPECT_EQ(offsets, Offsets(0, 0));
-}
-
-TEST(ClashRegion, HasTheOriginAsTheMiddleWhileUntouched) {
-    const kycb::model::ClashRegion region;
-    EXPECT_EQ(region.MaxPoint().GetX(), -3.4028234663852886e38);
-    EXPECT_EQ(region.MinPoint().GetX(), 3.4028234663852886e38);
-    EXPECT_EQ(kycb::model::Midpoint(region.MaxPoint(), region.MinPoint()), CQNIMPosition());
-}
-
-TEST(ClashRegion, IncludesEveryPoint) {
-    kycb::model::ClashRegion region;
-    region.Include({1, 20, -3});
-    region.Include({-1, 2, 30});
-    EXPECT_EQ(region.MaxPoint(), CQNIMPosition(1, 20, 30));
-    EXPECT_EQ(region.MinPoint(), CQNIMPosition(-1, 2, -3));
-    EXPECT_EQ(region.pointCount, 2);
-}
-
-TEST(ClashRegion, IgnoresPointsThatAreNotNumbersOrInfinite) {
-    constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
-    constexpr float kInfinity = std::numeric_limits<float>::infinity();
-    kycb::model::ClashRegion region;
-    region.Include({1, 2, 3});
-    region.Include({kNan, 9, 9});
-    region.Include({9, kNan, 9});
-    region.Include({9, 9, kInfinity});
-    EXPECT_EQ(region.MaxPoint(), CQNIMPosition(1, 2, 3));
-    EXPECT_EQ(region.MinPoint(), CQNIMPosition(1, 2, 3));
-    EXPECT_EQ(region.pointCount, 1);
 }
 
 }  // namespace

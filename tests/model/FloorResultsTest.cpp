@@ -64,6 +64,15 @@ class FloorResults : public ::testing::Test {
         Record(Object(a), Object(b), point, offsetA, offsetB);
     }
 
+    void RecordDuctAndDrainAtAWall() {
+        scene_.Add(L"duct", kDuct, kCube);
+        scene_.Add(L"wall", kWall, kCube);
+        scene_.Add(L"drain", kDrain, kCube);
+        Build();
+        Record(L"duct", L"wall");
+        Record(L"wall", L"drain");
+    }
+
     std::vector<ItemPtr> Results(int projectId = 1, const std::wstring& floorName = L"1F") {
         std::vector<KyResultItem*> items;
         model_->GetFloorCollisionResult(source_.get(), {projectId, floorName}, items);
@@ -226,12 +235,7 @@ TEST_F(FloorResults, StandInTheOrderOfTheirGuids) {
 }
 
 TEST_F(FloorResults, TakeEachPairOutOfTheSecondComponentsRecordsOnly) {
-    scene_.Add(L"duct", kDuct, kCube);
-    scene_.Add(L"wall", kWall, kCube);
-    scene_.Add(L"drain", kDrain, kCube);
-    Build();
-    Record(L"duct", L"wall");
-    Record(L"wall", L"drain");
+    RecordDuctAndDrainAtAWall();
     EXPECT_EQ(Results().size(), 2U);
     EXPECT_EQ(Object(L"duct").GetCollisionObjs().size(), 1U);
     EXPECT_EQ(Object(L"drain").GetCollisionObjs().size(), 1U);
@@ -239,12 +243,7 @@ TEST_F(FloorResults, TakeEachPairOutOfTheSecondComponentsRecordsOnly) {
 }
 
 TEST_F(FloorResults, AreTheSameWhenTheyAreAskedForAgain) {
-    scene_.Add(L"duct", kDuct, kCube);
-    scene_.Add(L"wall", kWall, kCube);
-    scene_.Add(L"drain", kDrain, kCube);
-    Build();
-    Record(L"duct", L"wall");
-    Record(L"wall", L"drain");
+    RecordDuctAndDrainAtAWall();
     for (int round = 0; round < 2; ++round) {
         EXPECT_EQ(model_->GetFloorResultTempNum(source_.get(), {1, L"1F"}), 2);
         EXPECT_THAT(PairsOf(Results()), ElementsAre(L"drain>wall", L"duct>wall"));
