@@ -28,15 +28,6 @@ double SignedVolume(const BodyMesh& mesh) {
     return sixfold / 6.0;
 }
 
-double SurfaceArea(const BodyMesh& mesh) {
-    double twofold = 0.0;
-    for (std::size_t t = 0; t < mesh.triangles.size(); ++t) {
-        const Vec3 a = mesh.Corner(t, 0);
-        twofold += Length(Cross(mesh.Corner(t, 1) - a, mesh.Corner(t, 2) - a));
-    }
-    return twofold / 2.0;
-}
-
 void Append(BodyMesh& mesh, const BodyMesh& other) {
     const auto base = static_cast<std::uint32_t>(mesh.positions.size());
     mesh.positions.insert(mesh.positions.end(), other.positions.begin(), other.positions.end());

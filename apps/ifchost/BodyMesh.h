@@ -34,9 +34,6 @@ BodyBox BoundingBox(const BodyMesh& mesh);
 /// from the origin keep their digits.
 double SignedVolume(const BodyMesh& mesh);
 
-/// Sum of the triangle areas in square millimetres.
-double SurfaceArea(const BodyMesh& mesh);
-
 /// Appends `other` without sharing vertices between the two.
 void Append(BodyMesh& mesh, const BodyMesh& other);
 

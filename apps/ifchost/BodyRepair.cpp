@@ -522,13 +522,6 @@ class ShellNest {
 
 }  // namespace
 
-BodyMesh RepairedBody::Merged() const {
-    BodyMesh merged = open;
-    for (const BodyMesh& solid : solids)
-        Append(merged, solid);
-    return merged;
-}
-
 RepairedBody RepairBody(const BodyMesh& input) {
     RepairedBody body;
     BodyMesh mesh = input;

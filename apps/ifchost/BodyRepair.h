@@ -41,9 +41,6 @@ struct RepairedBody {
     /// none.
     BodyMesh open;
     RepairReport report;
-
-    /// All parts in one mesh.
-    BodyMesh Merged() const;
 };
 
 /// Welds vertices within kWeldToleranceMm (each to the first such vertex in input order, which

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <list>
 #include <map>
-#include <memory>
 #include <set>
 #include <tuple>
 #include <utility>

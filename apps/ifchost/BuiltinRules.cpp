@@ -4,8 +4,6 @@
 #include "KYCollisionBase/rule/KyCollisionRule.h"
 #include "KYCollisionBase/rule/KyCollisionRuleItem.h"
 
-#include <utility>
-
 namespace ifchost {
 namespace {
 

@@ -10,7 +10,6 @@
 #include <limits>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <variant>
 #include <vector>
 

@@ -103,9 +103,6 @@ class SceneConverter {
                                        const std::atomic<bool>* cancel = nullptr,
                                        const ProgressCallback& progress = {});
 
-    /// The folder that packages are kept in; empty when no default can be found.
-    const std::filesystem::path& CacheDir() const { return options_.cacheDir; }
-
   private:
     ConvertOptions options_;
 };

@@ -7,7 +7,6 @@
 #include "KYCollisionBase/rule/KyCollisionRuleMgr.h"
 
 #include <cstddef>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>

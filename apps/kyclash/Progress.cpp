@@ -2,6 +2,7 @@
 #include "kyclash/Progress.h"
 
 #include <cstdio>
+#include <string>
 
 #include "platform/ProcessInfo.h"
 

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <stdexcept>
 #include <utility>
 
 #include "ifchost/HostText.h"

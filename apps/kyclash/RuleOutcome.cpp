@@ -7,7 +7,6 @@
 #include "KYCollisionBase/model/ObjectModelInfo.h"
 
 #include <set>
-#include <utility>
 
 #include "kyclash/CategoryCheck.h"
 

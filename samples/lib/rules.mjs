@@ -46,8 +46,8 @@ const RUN_KIND = new Map([
   ['hotPipe', 5],
 ]);
 
-export const runKind = (kind) => RUN_KIND.get(kind) ?? 0;
-export const isStructure = (kind) =>
+const runKind = (kind) => RUN_KIND.get(kind) ?? 0;
+const isStructure = (kind) =>
   CATEGORY[kind][0] === '土建' && STRUCTURE.has(CATEGORY[kind][1]);
 
 const SINGLE_CLEARANCE = [0, 200, 50, 50, 50, 50];

@@ -21,7 +21,7 @@ struct TaskProgress {
 /// One piece of work on a thread of its own. The owner polls; the work reports and looks at the
 /// stop flag.
 ///
-/// Threads: the owner's operations belong to one thread; Report and StopRequested to the work.
+/// Threads: the owner's operations belong to one thread; Report and StopFlag to the work.
 class BackgroundTask {
   public:
     using Work = std::function<void(BackgroundTask& task)>;
@@ -44,7 +44,6 @@ class BackgroundTask {
     void Finish();
 
     void RequestStop() { stop_.store(true); }
-    bool StopRequested() const { return stop_.load(); }
     const std::atomic<bool>& StopFlag() const { return stop_; }
 
     void Report(TaskProgress progress);

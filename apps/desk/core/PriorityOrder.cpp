@@ -7,7 +7,6 @@
 #include <memory>
 #include <string>
 #include <tuple>
-#include <utility>
 
 namespace desk {
 namespace {

@@ -4,7 +4,6 @@
 #include "KYCollisionBase/result/IKyResultData.h"
 
 #include <algorithm>
-#include <memory>
 #include <set>
 #include <tuple>
 

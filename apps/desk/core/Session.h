@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>

@@ -438,7 +438,6 @@ void MainWindow::PollSession() {
     ShowOutcome(*outcome);
     UpdateActions();
     UpdateTitle();
-    emit ActivityEnded();
 }
 
 void MainWindow::ShowProgress() {

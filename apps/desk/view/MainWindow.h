@@ -4,7 +4,6 @@
 #include <QMainWindow>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "desk/core/Session.h"
@@ -61,10 +60,6 @@ class MainWindow : public QMainWindow {
     Session& CurrentSession() { return session_; }
     SceneView& View() { return *view_; }
 
-  signals:
-    /// An activity has ended and its outcome is on display.
-    void ActivityEnded();
-
   protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -115,7 +110,6 @@ class MainWindow : public QMainWindow {
     Session session_;
     OpenedFor openedFor_ = OpenedFor::kNewWork;
     QTimer* poll_;
-    QString lastMessage_;
 
     KindTree* kinds_ = nullptr;
     QListWidget* floors_ = nullptr;

@@ -58,9 +58,6 @@ class SceneView : public QWidget {
     /// What diagnostic drawing draws into.
     GlSceneContext& Diagnostics() { return diagnostics_; }
 
-    /// Empty unless the graphics system cannot show the scene.
-    const QString& Problem() const { return problem_; }
-
     QSize sizeHint() const override { return {560, 480}; }
 
   protected:

@@ -43,13 +43,13 @@ TEST(BackgroundTask, HandsProgressToItsOwner) {
 TEST(BackgroundTask, StopsOnRequestAndStartsAfresh) {
     BackgroundTask task;
     task.Start([](BackgroundTask& self) {
-        while (!self.StopRequested())
+        while (!self.StopFlag())
             std::this_thread::yield();
     });
     task.RequestStop();
     task.Finish();
     bool stoppedAtOnce = true;
-    task.Start([&](BackgroundTask& self) { stoppedAtOnce = self.StopRequested(); });
+    task.Start([&](BackgroundTask& self) { stoppedAtOnce = self.StopFlag(); });
     task.Finish();
     EXPECT_FALSE(stoppedAtOnce);
 }
@@ -66,7 +66,7 @@ TEST(BackgroundTask, StopsAndWaitsWhenItGoes) {
     {
         BackgroundTask task;
         task.Start([&](BackgroundTask& self) {
-            while (!self.StopRequested())
+            while (!self.StopFlag())
                 std::this_thread::yield();
             ended = true;
         });

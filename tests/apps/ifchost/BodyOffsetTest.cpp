@@ -194,8 +194,8 @@ TEST(BodyOffset, ClosesAnOpeningSmallerThanTwiceTheOffset) {
         ExpectBox(result.mesh, {-75, -75, -75}, {3075, 315, 2575});
         EXPECT_NEAR(SignedVolume(result.mesh), 3150.0 * 390 * 2650, 10.0);
         // Nothing of the reveals is left inside.
-        EXPECT_NEAR(SurfaceArea(result.mesh), 2 * (3150.0 * 390 + 390.0 * 2650 + 2650.0 * 3150),
-                    1.0);
+        EXPECT_NEAR(shapes::SurfaceArea(result.mesh),
+                    2 * (3150.0 * 390 + 390.0 * 2650 + 2650.0 * 3150), 1.0);
     }
 }
 

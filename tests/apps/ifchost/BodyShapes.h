@@ -24,6 +24,16 @@ inline void AddTriangle(BodyMesh& mesh, const Vec3& a, const Vec3& b, const Vec3
     mesh.triangles.push_back({base, base + 1, base + 2});
 }
 
+/// Sum of the triangle areas in square millimetres.
+inline double SurfaceArea(const BodyMesh& mesh) {
+    double twofold = 0.0;
+    for (std::size_t t = 0; t < mesh.triangles.size(); ++t) {
+        const Vec3 a = mesh.Corner(t, 0);
+        twofold += Length(Cross(mesh.Corner(t, 1) - a, mesh.Corner(t, 2) - a));
+    }
+    return twofold / 2.0;
+}
+
 inline BodyMesh Box(const Vec3& lo, const Vec3& hi) {
     const auto at = [&](int i, int j, int k) {
         return Vec3{i == 0 ? lo.x : hi.x, j == 0 ? lo.y : hi.y, k == 0 ? lo.z : hi.z};

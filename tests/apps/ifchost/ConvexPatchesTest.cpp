@@ -91,7 +91,8 @@ TEST(ConvexPatches, CoverTheSurfaceOfEveryShape) {
                         [](int i, int j, int k) { return (i + j + k) % 2 == 0 || j == 1; })}) {
         const Patched patched(body);
         patched.ExpectClosedConvexRings();
-        EXPECT_NEAR(patched.Area(), SurfaceArea(patched.solid), SurfaceArea(patched.solid) * 1e-6);
+        EXPECT_NEAR(patched.Area(), shapes::SurfaceArea(patched.solid),
+                    shapes::SurfaceArea(patched.solid) * 1e-6);
         EXPECT_LT(patched.patches.size(), patched.solid.triangles.size() * 2 / 3);
     }
 }

@@ -15,7 +15,7 @@ const MAX_DEPTH = 20;
 // Chords for curves that are neither lines nor circles.
 const ELLIPSE_CHORDS = 32;
 
-export function lineSegment(start, end) {
+function lineSegment(start, end) {
   return { kind: 'line', start, end, middle: scale(add(start, end), 0.5) };
 }
 
@@ -143,7 +143,7 @@ function compositeCurve(model, line, angleFactor, depth) {
 }
 
 /** The same path from its end to its beginning. */
-export function reverseSegments(segments) {
+function reverseSegments(segments) {
   return segments.map((s) => ({ ...s, start: s.end, end: s.start })).reverse();
 }
 

@@ -27,7 +27,7 @@ function readBytes(path) {
  * Throws when the bytes are not a finished STEP file. The reader takes a file that was cut in the
  * middle without a word, which would silently lose everything behind the cut.
  */
-export function checkStepFrame(bytes) {
+function checkStepFrame(bytes) {
   const head = bytes.subarray(0, HEAD_BYTES).toString('latin1');
   if (!head.includes('ISO-10303-21')) {
     throw new ConvertError(ExitCode.Input, 'not an IFC file: no ISO-10303-21 at its beginning');

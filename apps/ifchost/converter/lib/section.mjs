@@ -54,7 +54,7 @@ function freeOutline(model, curveId, angleFactor) {
  * Shape and overall size of a profile in file units, `center` being the middle of its overall box
  * in the solid's frame; null for kinds without a simple size.
  */
-export function readProfile(model, id, angleFactor) {
+function readProfile(model, id, angleFactor) {
   const line = model.line(id);
   if (!line) return null;
   const profileClass = model.className(line);
@@ -126,7 +126,7 @@ function* mappedSolids(model, line, matrix, depth) {
 }
 
 /** Ids of the items of a product's body representation. */
-export function bodyItems(model, product) {
+function bodyItems(model, product) {
   const shape = model.line(ref(product.Representation));
   const representations = refs(shape?.Representations).map((id) => model.line(id)).filter(Boolean);
   const body = representations.find((r) => text(r.RepresentationIdentifier) === 'Body');

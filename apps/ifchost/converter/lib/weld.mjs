@@ -6,7 +6,7 @@
  * the check has to keep, and wide enough to close what the reader's cutting of openings leaves.
  * Parts so large that float32 is coarser than that get a tolerance to match.
  */
-export const WELD_TOLERANCE_MM = 0.001;
+const WELD_TOLERANCE_MM = 0.001;
 
 // Cells this much wider than the tolerance make most searches look into a single one.
 const CELL_PER_TOLERANCE = 64;

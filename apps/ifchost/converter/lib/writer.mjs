@@ -6,7 +6,7 @@ import fs from 'node:fs';
 
 import { ConvertError, ExitCode } from './errors.mjs';
 
-export const FORMAT_VERSION = 1;
+const FORMAT_VERSION = 1;
 
 const MAGIC = 'KYSCENE\n';
 const END_MAGIC = 'KYSCEND\n';
