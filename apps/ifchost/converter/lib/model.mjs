@@ -82,6 +82,10 @@ export class IfcModel {
       throw new ConvertError(ExitCode.Input, reason);
     }
     const schema = handle < 0 ? '' : IfcModel.#schema(api, W, handle);
+    if (schema === '') {
+      throw new ConvertError(ExitCode.Input,
+        'no schema can be read from the file: it is damaged or names none');
+    }
     if (!SUPPORTED_SCHEMA.test(schema)) {
       throw new ConvertError(ExitCode.Input, `schema not supported: "${schema}"`);
     }

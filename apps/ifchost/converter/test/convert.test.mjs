@@ -64,6 +64,8 @@ for (const [what, content, message] of [
   ['a text that is no IFC', 'hello', /not an IFC file/],
   ['a file that is cut short', TEXT.slice(0, -40), /cut short/],
   ['a file that names no schema', TEXT.replace(/FILE_SCHEMA.*;\n/, ''), /no FILE_SCHEMA/],
+  ['a file whose texts do not end', TEXT.replace("'IFCWALL-10'", "'IFCWALL-10"), /damaged/],
+  ['a file with an empty schema', TEXT.replace("'IFC4'", "''"), /names none/],
   ['a schema that is not known', TEXT.replace("'IFC4'", "'AUTOMOTIVE_DESIGN'"), /schema/],
 ]) {
   test(`${what} is refused with code 3`, () => {
