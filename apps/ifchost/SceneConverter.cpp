@@ -29,6 +29,11 @@ constexpr int kExitOutput = 5;
 
 constexpr const char* kScript = "convert.mjs";
 
+std::string DurationText(std::chrono::milliseconds time) {
+    const auto minutes = std::chrono::floor<std::chrono::minutes>(time).count();
+    return minutes > 0 ? std::to_string(minutes) + " min" : std::to_string(time.count()) + " ms";
+}
+
 fs::path FromEnvironment(const char* name) {
     const char* value = std::getenv(name);
     return value == nullptr ? fs::path() : fs::path(value);
@@ -273,7 +278,7 @@ class Batch {
                 return false;
             case ProcessOutcome::End::TimedOut:
                 Fail(index, ConvertErrorKind::Timeout,
-                     "not read within " + std::to_string(options_.timeLimit.count()) + " ms");
+                     "not read within " + DurationText(options_.timeLimit));
                 return false;
             case ProcessOutcome::End::Exited:
                 return outcome.exitCode == kExitDone || FailByExitCode(index, outcome);
@@ -282,6 +287,11 @@ class Batch {
     }
 
     bool FailByExitCode(std::size_t index, const ProcessOutcome& outcome) {
+        if (Cancelled()) {
+            // An interrupt from the terminal ends the child as well.
+            Fail(index, ConvertErrorKind::Cancelled, "cancelled");
+            return false;
+        }
         const std::string& said = outcome.errorLine.empty() ? outcome.lastLine : outcome.errorLine;
         switch (outcome.exitCode) {
             case kExitInput:

@@ -254,6 +254,16 @@ TEST_F(ConvertingByScript, KillsTheChildrenWhenCancelled) {
     EXPECT_TRUE(CacheFiles().empty());
 }
 
+TEST_F(ConvertingByScript, CallsAChildCancelledThatTheSameInterruptEnded) {
+    UseScript("echo 'progress products 1 2' >&2; exit 15\n");
+    std::atomic<bool> cancel{false};
+    const auto results =
+        Convert({folder_.Write("a.ifc", "a")}, &cancel, [&](const ConvertProgress& step) {
+            if (step.phase == ConvertPhase::Products) cancel = true;
+        });
+    EXPECT_EQ(results.at(0).error, ConvertErrorKind::Cancelled);
+}
+
 TEST_F(ConvertingByScript, StartsNothingWhenCancelledBeforehand) {
     const std::atomic<bool> cancel{true};
     EXPECT_EQ(Convert({folder_.Write("a.ifc", "a")}, &cancel).at(0).error,
