@@ -5,6 +5,12 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
+
+#include <hwy/cache_control.h>
+
+#include "model/PlanPaths.h"
+#include "model/RadixSort.h"
 
 namespace kycb::model {
 
@@ -14,6 +20,8 @@ using KYTOOLS::GRAPH::BoundingBox3d;
 
 // How many components ahead one is brought near: they lie all over the memory.
 constexpr std::size_t kAhead = 16;
+// Room for more components than this is not kept.
+constexpr std::size_t kMostKept = 100'000;
 
 bool IsInside(const BoundingBox3d& box, const BoundingBox3d& outer) {
     return outer.GetMinX() <= box.GetMinX() && box.GetMaxX() <= outer.GetMaxX() &&
@@ -23,77 +31,87 @@ bool IsInside(const BoundingBox3d& box, const BoundingBox3d& outer) {
 
 }  // namespace
 
-// Sorts numbers of members until each stands at its rank.
+// Finds the rank of every member, by its path: the quarters that lead to its node.
 class FloorTree::Placing {
   public:
-    explicit Placing(const std::vector<Member>& members)
-        : order_(members.size()), sorted_(members.size()), parts_(members.size()) {
-        plans_.reserve(members.size());
-        for (const Member& member : members) {
-            plans_.push_back(member.box.GetBoundingBox2d());
-        }
+    /// Members in the order of their insertion; to be filled.
+    std::vector<Member> inserted;
+
+    /// Their numbers by rank.
+    const std::vector<std::uint32_t>& Place(const Cell& root) {
+        crowds_.clear();
+        order_.resize(inserted.size());
         std::iota(order_.begin(), order_.end(), 0U);
-    }
-
-    /// By rank, once placed.
-    const std::vector<std::uint32_t>& Order() const { return order_; }
-
-    void Place(const Cell& cell, std::uint32_t first, std::uint32_t end) {
-        // One alone is at its place, however deep its node.
-        if (end - first < 2 || !cell.IsDivisible()) return;
-        const Parts parts = Sort(cell, first, end);
-        for (std::size_t quarter = 0; quarter < 4; ++quarter) {
-            Place(cell.Quarter(static_cast<Cell::Quadrant>(quarter)), parts[quarter + 1],
-                  parts[quarter + 2]);
+        crowds_.push_back({root, 0, order_.size()});
+        while (!crowds_.empty()) {
+            const Crowd crowd = crowds_.back();
+            crowds_.pop_back();
+            Sort(crowd);
         }
+        return order_;
     }
 
   private:
-    // Those that stay come first, then the quarters in their order, each as they were inserted.
-    Parts Sort(const Cell& cell, std::uint32_t first, std::uint32_t end) {
-        Parts parts{};
-        for (std::uint32_t i = first; i < end; ++i) {
-            const auto part = static_cast<std::uint8_t>(cell.ChooseQuadrant(plans_[order_[i]]) + 1);
-            parts_[i] = part;
-            ++parts[part + 1U];
+    // Members below one cell, at successive ranks.
+    struct Crowd {
+        Cell cell;
+        std::size_t first;
+        std::size_t end;
+    };
+
+    // Whoever is deeper down than a path knows is sorted again from there.
+    void Sort(const Crowd& crowd) {
+        const std::span<std::uint32_t> numbers =
+            std::span(order_).subspan(crowd.first, crowd.end - crowd.first);
+        paths_.Begin(numbers.size());
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            paths_.Set(i, inserted[numbers[i]].box.GetBoundingBox2d());
         }
-        parts[0] = first;
-        for (std::size_t part = 1; part < parts.size(); ++part) {
-            parts[part] += parts[part - 1];
+        const std::span<const std::uint32_t> paths = paths_.FindFrom(crowd.cell);
+        entries_.resize(numbers.size());
+        for (std::size_t i = 0; i < numbers.size(); ++i) {
+            entries_[i] = {paths[i], numbers[i]};
         }
-        if (parts[1] == end) return parts;
-        Parts next = parts;
-        for (std::uint32_t i = first; i < end; ++i) {
-            sorted_[next[parts_[i]]++] = order_[i];
+        RadixSort(entries_, entryRoom_);
+        std::size_t first = 0;
+        for (std::size_t i = 0; i < entries_.size(); ++i) {
+            numbers[i] = entries_[i].number;
+            const std::uint32_t path = entries_[i].key;
+            if (path != entries_[first].key) first = i;
+            if (!PlanPath::IsFull(path)) continue;
+            const bool isLast = i + 1 == entries_.size() || entries_[i + 1].key != path;
+            if (!isLast || i == first) continue;
+            crowds_.push_back(
+                {PlanPath::End(path, crowd.cell), crowd.first + first, crowd.first + i + 1});
         }
-        std::copy(sorted_.data() + first, sorted_.data() + end, order_.data() + first);
-        return parts;
     }
 
-    std::vector<BoundingBox2d> plans_;
     std::vector<std::uint32_t> order_;
-    std::vector<std::uint32_t> sorted_;
-    std::vector<std::uint8_t> parts_;
+    std::vector<Crowd> crowds_;
+    PathFinder paths_;
+    std::vector<SortEntry> entries_;
+    std::vector<SortEntry> entryRoom_;
 };
 
 FloorTree::FloorTree(const BoundingBox3d& floorBox, const std::vector<ObjectModelInfo*>& components)
     : root_(floorBox.GetBoundingBox2d()) {
-    std::vector<Member> inserted;
-    inserted.reserve(components.size());
+    thread_local Placing placing;  // keeps its room for the next tree
+    placing.inserted.clear();
     for (std::size_t i = 0; i < components.size(); ++i) {
+        const ObjectModelInfo& ahead = *components[std::min(i + kAhead, components.size() - 1)];
+        hwy::Prefetch(&ahead.box_);
+        hwy::Prefetch(&ahead.guidHash_);
         ObjectModelInfo* component = components[i];
-        components[std::min(i + kAhead, components.size() - 1)]->PrefetchBox();
-        inserted.push_back({component->GetBoundingBox(), component->GetGuidHash(), component});
-        reach_.Add(inserted.back().box);
+        placing.inserted.push_back({component->box_, component->guidHash_, component});
+        reach_.Add(component->box_);
     }
     holdsAll_ = reach_.IsNull() || IsInside(reach_, floorBox);
 
-    Placing placing(inserted);
-    placing.Place(root_, 0, static_cast<std::uint32_t>(inserted.size()));
-    members_.reserve(inserted.size());
-    for (const std::uint32_t number : placing.Order()) {
-        members_.push_back(inserted[number]);
+    members_.reserve(components.size());
+    for (const std::uint32_t number : placing.Place(root_)) {
+        members_.push_back(placing.inserted[number]);
     }
+    if (placing.inserted.capacity() > kMostKept) placing = Placing();
 }
 
 void FloorTree::AddNodes() {

@@ -5,7 +5,6 @@
 #include "KYCollisionBase/platform/BoundingBox3d.h"
 #include "KYCollisionBase/platform/QuadTree.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -76,9 +75,6 @@ class FloorTree {
         std::uint32_t end;     // behind its own last one
         std::uint32_t behind;  // the first node that is not below this one
     };
-    // The parts of a node: what stays there, then the four quarters. Where each begins, and the
-    // end.
-    using Parts = std::array<std::uint32_t, 6>;
     class Placing;
 
     void AddNodes();
