@@ -15,7 +15,7 @@ namespace {
 using Attributes = std::map<std::wstring, std::wstring>;
 namespace text = kycb::text;
 
-const std::wstring* Find(const Attributes& attributes, const wchar_t* name) {
+const std::wstring* Find(const Attributes& attributes, const std::wstring& name) {
     const auto found = attributes.find(name);
     return found == attributes.end() ? nullptr : &found->second;
 }
@@ -106,8 +106,9 @@ std::wstring ObjectModelInfo::GetObjAttHeight(const IModelDataSource* source) co
 }
 
 bool ObjectModelInfo::GetPipeGCZJ(IModelDataSource* source, double& value) const {
+    static const std::wstring name = L"pipegczj";
     std::wstring diameter;
-    if (!GetAttValue(source, L"pipegczj", diameter)) return false;
+    if (!GetAttValue(source, name, diameter)) return false;
     value = text::ToDouble(diameter);
     return true;
 }
@@ -143,10 +144,13 @@ bool ObjectModelInfo::GetPipeDuctSupportSect(IModelDataSource* source, double& w
 void ObjectModelInfo::GetRelatedObjs(const IModelDataSource* source,
                                      std::vector<std::wstring>& relatedObjs,
                                      std::vector<std::wstring>& relatedFits) const {
+    // Asked for every pair that is looked at: the names are not made anew each time.
+    static const std::wstring objsName = L"relatedobjs";
+    static const std::wstring fitsName = L"relatedfits";
     if (!source) return;
     const Attributes attributes = ReadAttributes(source);
-    if (const auto* objs = Find(attributes, L"relatedobjs")) relatedObjs = text::Split(*objs, L',');
-    if (const auto* fits = Find(attributes, L"relatedfits")) relatedFits = text::Split(*fits, L',');
+    if (const auto* objs = Find(attributes, objsName)) relatedObjs = text::Split(*objs, L',');
+    if (const auto* fits = Find(attributes, fitsName)) relatedFits = text::Split(*fits, L',');
 }
 
 bool ObjectModelInfo::GetAttValue(const IModelDataSource* source, const std::wstring& name,
