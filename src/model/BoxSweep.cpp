@@ -27,7 +27,7 @@ constexpr double kLeastBoxesPerStrip = 8.0;
 // Nearest in single precision; what is beyond it counts as its largest number.
 float Rounded(double value) {
     constexpr auto kLargest = static_cast<double>(std::numeric_limits<float>::max());
-    return static_cast<float>(std::clamp(value, -kLargest, kLargest));
+    return static_cast<float>(std::max(-kLargest, std::min(value, kLargest)));
 }
 
 // A number whose order is that of the floats.
@@ -38,81 +38,71 @@ std::uint32_t OrderOf(float value) {
 
 }  // namespace
 
-/// The strips of one set of boxes, one behind the other.
-struct BoxSweep::Table {
-    std::array<std::vector<float>, 3> low;
-    std::array<std::vector<float>, 3> high;
-    std::vector<std::uint32_t> numbers;
-    std::vector<std::uint32_t> begins;
-    std::vector<std::size_t> starts;
-    std::vector<std::size_t> ends;
-
-    SweepStrip Strip(std::size_t index) const {
-        const std::size_t start = starts[index];
-        SweepStrip strip{};
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            strip.low[axis] = low[axis].data() + start;
-            strip.high[axis] = high[axis].data() + start;
-        }
-        strip.numbers = numbers.data() + start;
-        strip.begins = begins.data() + start;
-        strip.count = ends[index] - start;
-        return strip;
+// The strips begin one behind the other, each with room for as many boxes as `ends` says, and for
+// the spare lanes. From then on `ends` tells where the next box of each goes.
+void BoxSweep::Table::MakeRoom() {
+    starts.clear();
+    std::size_t room = 0;
+    for (std::size_t& end : ends) {
+        starts.push_back(room);
+        room += std::exchange(end, room) + SweepStrip::kSpareLanes;
     }
-};
+    if (numbers.size() >= room) return;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        low[axis].resize(room);
+        high[axis].resize(room);
+    }
+    numbers.resize(room);
+    begins.resize(room);
+}
+
+void BoxSweep::Table::Place(const FloatBox& box, std::uint32_t number, std::size_t strip,
+                            std::uint32_t begun) {
+    const std::size_t place = ends[strip]++;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        low[axis][place] = box.low[axis];
+        high[axis][place] = box.high[axis];
+    }
+    numbers[place] = number;
+    begins[place] = begun;
+}
+
+SweepStrip BoxSweep::Table::Strip(std::size_t index) const {
+    const std::size_t start = starts[index];
+    SweepStrip strip{};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        strip.low[axis] = low[axis].data() + start;
+        strip.high[axis] = high[axis].data() + start;
+    }
+    strip.numbers = numbers.data() + start;
+    strip.begins = begins.data() + start;
+    strip.count = ends[index] - start;
+    return strip;
+}
+
+void BoxSweep::Begin(double inset) {
+    inset_ = static_cast<float>(inset);
+    boxes_.clear();
+    asking_.clear();
+    answering_.clear();
+    for (PairBuffer* pairs : {&within.sure, &within.inDoubt, &across.sure, &across.inDoubt}) {
+        pairs->Shrink(0);
+    }
+}
 
 void BoxSweep::Add(const BoundingBox3d& box, Role role) {
     const auto number = static_cast<std::uint32_t>(boxes_.size());
     boxes_.push_back({{Rounded(box.GetMinX()), Rounded(box.GetMinY()), Rounded(box.GetMinZ())},
                       {Rounded(box.GetMaxX()), Rounded(box.GetMaxY()), Rounded(box.GetMaxZ())}});
-    if (!box.IsNull()) (role == Role::kAsking ? asking_ : answering_).push_back(number);
+    if (box.IsNull()) return;
+    (role == Role::kAsking ? asking_ : answering_)
+        .push_back({OrderOf(boxes_.back().low[0]), number});
 }
 
-std::size_t BoxSweep::Bands::Of(float value) const {
+std::uint32_t BoxSweep::Bands::Of(float value) const {
     const float cell = (value - low) * perUnit;
     const auto last = static_cast<float>(count - 1);
-    return cell > 0.0F ? static_cast<std::size_t>(std::min(cell, last)) : 0;
-}
-
-// By three passes over eleven bits each.
-std::vector<std::uint32_t> BoxSweep::SortedAlongX(const std::vector<std::uint32_t>& numbers) const {
-    constexpr unsigned kBits = 11;
-    constexpr std::size_t kDigits = std::size_t{1} << kBits;
-    struct Entry {
-        std::uint32_t order;
-        std::uint32_t number;
-    };
-    std::array<std::vector<std::uint32_t>, 3> places;
-    places.fill(std::vector<std::uint32_t>(kDigits + 1));
-    std::vector<Entry> entries;
-    entries.reserve(numbers.size());
-    const auto digit = [](std::uint32_t order, std::size_t pass) {
-        return order >> (kBits * pass) & (kDigits - 1);
-    };
-    for (const std::uint32_t number : numbers) {
-        const std::uint32_t order = OrderOf(boxes_[number].low[0]);
-        entries.push_back({order, number});
-        for (std::size_t pass = 0; pass < places.size(); ++pass) {
-            ++places[pass][digit(order, pass) + 1];
-        }
-    }
-    std::vector<Entry> sorted(entries.size());
-    for (std::size_t pass = 0; pass < places.size(); ++pass) {
-        auto& place = places[pass];
-        for (std::size_t i = 1; i < kDigits; ++i) {
-            place[i] += place[i - 1];
-        }
-        for (const Entry& entry : entries) {
-            sorted[place[digit(entry.order, pass)]++] = entry;
-        }
-        entries.swap(sorted);
-    }
-    std::vector<std::uint32_t> result;
-    result.reserve(entries.size());
-    for (const Entry& entry : entries) {
-        result.push_back(entry.number);
-    }
-    return result;
+    return cell > 0.0F ? static_cast<std::uint32_t>(std::min(cell, last)) : 0;
 }
 
 BoxSweep::Spread BoxSweep::EstimateSpread(std::size_t axis) const {
@@ -120,8 +110,8 @@ BoxSweep::Spread BoxSweep::EstimateSpread(std::size_t axis) const {
     std::vector<double> middles;
     std::vector<double> extents;
     for (std::size_t i = 0; i < asking_.size(); i += step) {
-        const auto low = static_cast<double>(boxes_[asking_[i]].low[axis]);
-        const auto high = static_cast<double>(boxes_[asking_[i]].high[axis]);
+        const auto low = static_cast<double>(boxes_[asking_[i].number].low[axis]);
+        const auto high = static_cast<double>(boxes_[asking_[i].number].high[axis]);
         middles.push_back(low / 2.0 + high / 2.0);
         extents.push_back(high - low);
     }
@@ -139,7 +129,7 @@ BoxSweep::Spread BoxSweep::EstimateSpread(std::size_t axis) const {
 BoxSweep::Bands BoxSweep::BandsOf(const Spread& spread, double width) {
     Bands bands;
     if (!(width > 0.0 && width < spread.width)) return bands;
-    bands.count = static_cast<std::size_t>(spread.width / width);
+    bands.count = static_cast<std::uint32_t>(spread.width / width);
     bands.low = Rounded(spread.low);
     bands.perUnit = Rounded(static_cast<double>(bands.count) / spread.width);
     return bands;
@@ -160,6 +150,7 @@ void BoxSweep::ChooseBands() {
     const double wanted = y.width * kComparisonsPerBox / open - y.extent;
     const double width = std::max({wanted, y.extent, y.width / widest});
     across_ = BandsOf(y, width);
+    upward_ = Bands();
     const double left = open * shareOf(y, width);
     if (left <= kCrowd * kComparisonsPerBox) return;
     const double layers = widest / static_cast<double>(across_.count);
@@ -167,63 +158,54 @@ void BoxSweep::ChooseBands() {
     upward_ = BandsOf(z, std::max({height, z.extent, z.width / layers}));
 }
 
+BoxSweep::Stand BoxSweep::StandOf(const FloatBox& box) const {
+    return {across_.Of(box.low[1]), across_.Of(box.high[1]), upward_.Of(box.low[2]),
+            upward_.Of(box.high[2])};
+}
+
 template <class Visitor>
-void BoxSweep::VisitStripsOf(const FloatBox& box, const Visitor& visit) const {
-    const std::size_t firstBand = across_.Of(box.low[1]);
-    const std::size_t lastBand = across_.Of(box.high[1]);
-    const std::size_t firstLayer = upward_.Of(box.low[2]);
-    const std::size_t lastLayer = upward_.Of(box.high[2]);
-    for (std::size_t layer = firstLayer; layer <= lastLayer; ++layer) {
-        for (std::size_t band = firstBand; band <= lastBand; ++band) {
-            const std::uint32_t begins = (band == firstBand ? SweepStrip::kBeginsAcross : 0U) |
-                                         (layer == firstLayer ? SweepStrip::kBeginsUpward : 0U);
-            visit(layer * across_.count + band, begins);
+void BoxSweep::VisitStrips(const Stand& stand, const Visitor& visit) const {
+    for (std::uint32_t layer = stand.firstLayer; layer <= stand.lastLayer; ++layer) {
+        for (std::uint32_t band = stand.firstBand; band <= stand.lastBand; ++band) {
+            const std::uint32_t begins =
+                (band == stand.firstBand ? SweepStrip::kBeginsAcross : 0U) |
+                (layer == stand.firstLayer ? SweepStrip::kBeginsUpward : 0U);
+            visit(std::size_t{layer} * across_.count + band, begins);
         }
     }
 }
 
-void BoxSweep::Fill(Table& table, const std::vector<std::uint32_t>& numbers) const {
-    const std::size_t strips = across_.count * upward_.count;
-    table.ends.assign(strips, 0);
-    for (const std::uint32_t number : numbers) {
-        VisitStripsOf(boxes_[number],
-                      [&](std::size_t strip, std::uint32_t) { ++table.ends[strip]; });
+void BoxSweep::Fill(Table& table, const std::vector<SortEntry>& alongX) {
+    table.ends.assign(std::size_t{across_.count} * upward_.count, 0);
+    stands_.resize(alongX.size());
+    for (std::size_t i = 0; i < alongX.size(); ++i) {
+        stands_[i] = StandOf(boxes_[alongX[i].number]);
+        VisitStrips(stands_[i], [&](std::size_t strip, std::uint32_t) { ++table.ends[strip]; });
     }
-    std::size_t room = 0;
-    for (std::size_t& end : table.ends) {
-        table.starts.push_back(room);
-        room += std::exchange(end, room) + SweepStrip::kSpareLanes;
-    }
-    table.low.fill(std::vector<float>(room, std::numeric_limits<float>::infinity()));
-    table.high.fill(std::vector<float>(room));
-    table.numbers.resize(room);
-    table.begins.resize(room);
-    for (const std::uint32_t number : numbers) {
-        const FloatBox& box = boxes_[number];
-        VisitStripsOf(box, [&](std::size_t strip, std::uint32_t begins) {
-            const std::size_t place = table.ends[strip]++;
-            for (std::size_t axis = 0; axis < 3; ++axis) {
-                table.low[axis][place] = box.low[axis];
-                table.high[axis][place] = box.high[axis];
-            }
-            table.numbers[place] = number;
-            table.begins[place] = begins;
+    table.MakeRoom();
+    for (std::size_t i = 0; i < alongX.size(); ++i) {
+        const std::uint32_t number = alongX[i].number;
+        VisitStrips(stands_[i], [&](std::size_t strip, std::uint32_t begun) {
+            table.Place(boxes_[number], number, strip, begun);
         });
+    }
+    // The spare lanes of one strip stand before the next strip's boxes.
+    for (const std::size_t end : table.ends) {
+        std::fill_n(table.low[0].data() + end, SweepStrip::kSpareLanes,
+                    std::numeric_limits<float>::infinity());
     }
 }
 
 void BoxSweep::FindPairs() {
     if (asking_.empty()) return;
-    asking_ = SortedAlongX(asking_);
-    answering_ = SortedAlongX(answering_);
+    RadixSort(asking_, sortRoom_);
+    RadixSort(answering_, sortRoom_);
     ChooseBands();
-    Table asking;
-    Table answering;
-    Fill(asking, asking_);
-    Fill(answering, answering_);
-    for (std::size_t i = 0; i < asking.starts.size(); ++i) {
-        const SweepStrip strip = asking.Strip(i);
-        const SweepStrip others = answering.Strip(i);
+    Fill(askingTable_, asking_);
+    Fill(answeringTable_, answering_);
+    for (std::size_t i = 0; i < askingTable_.starts.size(); ++i) {
+        const SweepStrip strip = askingTable_.Strip(i);
+        const SweepStrip others = answeringTable_.Strip(i);
         SweepWithin(strip, inset_, within);
         if (others.count > 0) SweepAcross(strip, others, inset_, across);
     }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "model/RadixSort.h"
 #include "model/SweepStrip.h"
 
 namespace kycb::model {
@@ -29,10 +30,8 @@ class BoxSweep {
         kAnswering  ///< those with an asking box are
     };
 
-    /// `inset` in millimetres.
-    explicit BoxSweep(double inset) : inset_(static_cast<float>(inset)) {}
-
-    void Reserve(std::size_t boxes) { boxes_.reserve(boxes); }
+    /// Forgets all boxes and pairs; their room is used again. `inset` in millimetres.
+    void Begin(double inset);
     /// Adds a box, whose number is that of the boxes before it.
     void Add(const BoundingBox3d& box, Role role);
 
@@ -49,9 +48,9 @@ class BoxSweep {
     struct Bands {
         float low = 0.0F;
         float perUnit = 0.0F;
-        std::size_t count = 1;
+        std::uint32_t count = 1;
 
-        std::size_t Of(float value) const;
+        std::uint32_t Of(float value) const;
     };
     // How boxes lie along an axis, estimated from some of them (mm).
     struct Spread {
@@ -59,22 +58,47 @@ class BoxSweep {
         double width = 0.0;   // over which they are spread
         double extent = 0.0;  // of an average box
     };
-    struct Table;
+    // The strips that a box stands in.
+    struct Stand {
+        std::uint32_t firstBand;
+        std::uint32_t lastBand;
+        std::uint32_t firstLayer;
+        std::uint32_t lastLayer;
+    };
+    /// The strips of one set of boxes, one behind the other.
+    struct Table {
+        std::array<std::vector<float>, 3> low;
+        std::array<std::vector<float>, 3> high;
+        std::vector<std::uint32_t> numbers;
+        std::vector<std::uint32_t> begins;
+        std::vector<std::size_t> starts;
+        std::vector<std::size_t> ends;
+
+        void MakeRoom();
+        void Place(const FloatBox& box, std::uint32_t number, std::size_t strip,
+                   std::uint32_t begun);
+        SweepStrip Strip(std::size_t index) const;
+    };
 
     void ChooseBands();
     Spread EstimateSpread(std::size_t axis) const;
     static Bands BandsOf(const Spread& spread, double width);
-    std::vector<std::uint32_t> SortedAlongX(const std::vector<std::uint32_t>& numbers) const;
+    Stand StandOf(const FloatBox& box) const;
     template <class Visitor>
-    void VisitStripsOf(const FloatBox& box, const Visitor& visit) const;
-    void Fill(Table& table, const std::vector<std::uint32_t>& numbers) const;
+    void VisitStrips(const Stand& stand, const Visitor& visit) const;
+    void Fill(Table& table, const std::vector<SortEntry>& alongX);
 
-    float inset_;
+    float inset_ = 0.0F;
     std::vector<FloatBox> boxes_;
-    std::vector<std::uint32_t> asking_;
-    std::vector<std::uint32_t> answering_;
+    // By number, by lower x once the pairs are sought.
+    std::vector<SortEntry> asking_;
+    std::vector<SortEntry> answering_;
     Bands across_;  // along y
     Bands upward_;  // along z
+    Table askingTable_;
+    Table answeringTable_;
+    std::vector<Stand> stands_;
+    std::vector<SortEntry> sortRoom_;
 };
 
 }  // namespace kycb::model

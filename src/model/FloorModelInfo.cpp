@@ -196,7 +196,7 @@ bool FloorModelInfo::ListNeighboursAtOnce(const std::vector<FloorModelInfo*>& fl
         trees.push_back(floor->quadTree_.get());
     }
     if (std::find(floors.begin(), floors.end(), this) == floors.end()) return false;
-    kycb::model::NeighbourJoin(trees, *quadTree_, kVerticalInset).ListNeighbours();
+    neighbourLists_ = kycb::model::ListNeighbours(trees, *quadTree_, kVerticalInset);
     return true;
 }
 
@@ -209,6 +209,7 @@ void FloorModelInfo::ListNeighboursOneByOne(const std::vector<FloorModelInfo*>& 
         }
         obj->TakeNeighboursFrom(candidates);
     }
+    neighbourLists_.reset();
 }
 
 void FloorModelInfo::CollisionCheck(LOGIC::IModelDataSource* source, int& checkedCount) {

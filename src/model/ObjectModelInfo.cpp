@@ -15,8 +15,6 @@
 #include <functional>
 #include <utility>
 
-#include <hwy/cache_control.h>
-
 #include "model/MeshBudget.h"
 
 namespace KYCOLLISION::MODEL {
@@ -117,7 +115,7 @@ bool ObjectModelInfo::IsSameComponent(const ObjectModelInfo& other) const {
 }
 
 void ObjectModelInfo::AnalyseBoxRelated() {
-    boxRelatedObjs_.clear();
+    ShowNeighbours({});
     WorkSetModelInfo* workSet = GetBelongWorkset();
     if (!workSet) return;
     std::vector<ObjectModelInfo*> candidates;
@@ -125,27 +123,12 @@ void ObjectModelInfo::AnalyseBoxRelated() {
     TakeNeighboursFrom(candidates);
 }
 
-// Copied, so that the list takes no more room than it needs, while the candidates' is used again.
 void ObjectModelInfo::TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates) {
     std::erase_if(candidates, [this](const ObjectModelInfo* obj) { return IsSameComponent(*obj); });
-    boxRelatedObjs_.assign(candidates.begin(), candidates.end());
-}
-
-// Brings the box and what stands beside it near.
-void ObjectModelInfo::PrefetchBox() const {
-    hwy::Prefetch(&box_);
-    hwy::Prefetch(&guidHash_);
-}
-
-// Brings the list near, not its neighbours.
-void ObjectModelInfo::PrefetchNeighbours() const {
-    hwy::Prefetch(&boxRelatedObjs_);
-}
-
-// The caller fills it.
-ObjectModelInfo** ObjectModelInfo::MakeRoomForNeighbours(std::size_t count) {
-    boxRelatedObjs_.resize(count);
-    return boxRelatedObjs_.data();
+    auto room = std::make_unique_for_overwrite<ObjectModelInfo*[]>(candidates.size());
+    std::copy(candidates.begin(), candidates.end(), room.get());
+    ShowNeighbours({room.get(), candidates.size()});
+    ownRoom_ = std::move(room);
 }
 
 void ObjectModelInfo::AppendCollisionObj(const SCollisionWithObj& clash) {
@@ -172,7 +155,9 @@ void ObjectModelInfo::ForgetComponentsOf(const std::set<const AttCategoryModelIn
     const auto isLeaving = [&](const ObjectModelInfo* obj) {
         return obj && leaving.contains(obj->category_);
     };
-    std::erase_if(boxRelatedObjs_, isLeaving);
+    const auto behind = std::remove_if(boxRelatedObjs_.begin(), boxRelatedObjs_.end(), isLeaving);
+    boxRelatedObjs_ =
+        boxRelatedObjs_.first(static_cast<std::size_t>(behind - boxRelatedObjs_.begin()));
     std::erase_if(collisionObjs_,
                   [&](const SCollisionWithObj& clash) { return isLeaving(clash.other); });
 }

@@ -27,6 +27,12 @@ class PairBuffer {
     std::uint32_t* EndOfB() { return b_.data() + size_; }
     /// Takes `count` pairs that were written at the end.
     void Grow(std::size_t count) { size_ += count; }
+    /// Leaves the first `count` pairs only; the room stays.
+    void Shrink(std::size_t count) { size_ = count; }
+    void Set(std::size_t i, std::uint32_t a, std::uint32_t b) {
+        a_[i] = a;
+        b_[i] = b;
+    }
     void Add(std::uint32_t a, std::uint32_t b) {
         Reserve(1);
         *EndOfA() = a;
@@ -56,7 +62,7 @@ struct FloatBox {
 /// One strip of a sweep: boxes in ascending order of their lower x, side by side for SIMD. Behind
 /// the last one stand kSpareLanes that nothing meets.
 struct SweepStrip {
-    static constexpr std::size_t kSpareLanes = 8;
+    static constexpr std::size_t kSpareLanes = 16;
     /// Where a box begins in this strip, it begins there across the strips and up the layers. A
     /// pair that stands in several strips is taken where the later one of the two begins.
     static constexpr std::uint32_t kBeginsAcross = 1;

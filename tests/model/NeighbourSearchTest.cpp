@@ -178,6 +178,11 @@ SceneBuilder RandomScene(unsigned seed, int count, double extent) {
     return scene;
 }
 
+std::vector<ObjectModelInfo*> NeighboursOf(const ObjectModelInfo& object) {
+    const auto neighbours = object.GetBoxRelatedObjs();
+    return {neighbours.begin(), neighbours.end()};
+}
+
 class RandomFloors : public ::testing::TestWithParam<unsigned> {};
 
 // Compares the lists of all components, and says how many neighbours they hold.
@@ -193,7 +198,7 @@ void ExpectLiteralNeighbours(const SceneBuilder& scene, std::size_t& hits, std::
         for (const std::size_t j : expected[i]) {
             neighbours.push_back(objects[j]);
         }
-        ASSERT_EQ(objects[i]->GetBoxRelatedObjs(), neighbours) << "component " << i;
+        ASSERT_EQ(NeighboursOf(*objects[i]), neighbours) << "component " << i;
         hits += neighbours.size();
         alone += neighbours.empty() ? 1 : 0;
     }
@@ -224,7 +229,7 @@ TEST_P(RandomFloors, ListExactlyTheComponentsWhoseBoxesMeet) {
                 expected.push_back(b);
             }
         }
-        std::vector<ObjectModelInfo*> found = a->GetBoxRelatedObjs();
+        std::vector<ObjectModelInfo*> found = NeighboursOf(*a);
         std::sort(found.begin(), found.end());
         std::sort(expected.begin(), expected.end());
         ASSERT_EQ(found, expected);
@@ -302,9 +307,9 @@ void ExpectLiteralNeighboursOfMovedComponents(unsigned seed, Moved moved) {
                    other->GetProjId() == obj->GetProjId() &&
                    other->GetFloorName() == obj->GetFloorName();
         });
-        ASSERT_EQ(obj->GetBoxRelatedObjs(), expected);
+        ASSERT_EQ(NeighboursOf(*obj), expected);
         obj->AnalyseBoxRelated();
-        ASSERT_EQ(obj->GetBoxRelatedObjs(), expected);
+        ASSERT_EQ(NeighboursOf(*obj), expected);
         hits += expected.size();
     }
     EXPECT_GT(hits, objects.size());

@@ -154,7 +154,7 @@ FloorModelInfo* FloorOf(const WorkSetModelInfo& model, int projectId,
     return project ? project->GetFloorModel(floorName) : nullptr;
 }
 
-std::vector<std::wstring> GuidsOf(const std::vector<ObjectModelInfo*>& objects) {
+std::vector<std::wstring> GuidsOf(std::span<ObjectModelInfo* const> objects) {
     std::vector<std::wstring> guids;
     for (const ObjectModelInfo* obj : objects) {
         guids.push_back(obj->GetObjGuid());

@@ -18,6 +18,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -96,6 +97,6 @@ KYCOLLISION::MODEL::FloorModelInfo* FloorOf(const KYCOLLISION::MODEL::WorkSetMod
                                             const std::wstring& floorName = L"1F");
 
 /// The GUIDs of components, in their order.
-std::vector<std::wstring> GuidsOf(const std::vector<KYCOLLISION::MODEL::ObjectModelInfo*>& objects);
+std::vector<std::wstring> GuidsOf(std::span<KYCOLLISION::MODEL::ObjectModelInfo* const> objects);
 
 }  // namespace kycb::test

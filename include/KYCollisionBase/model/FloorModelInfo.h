@@ -180,6 +180,7 @@ class KYCB_API FloorModelInfo {
     KYTOOLS::GRAPH::BoundingBox3d box_;
     std::map<std::wstring, AttCategoryModelInfo*> categories_;
     std::unique_ptr<kycb::model::FloorTree> quadTree_;
+    std::unique_ptr<ObjectModelInfo*[]> neighbourLists_;  // of all components, when listed at once
     bool objectsChanged_ = false;  // a component's box or GUID was set after the tree was built
     bool objectsAdded_ = false;    // a component was appended after the tree was built
 };

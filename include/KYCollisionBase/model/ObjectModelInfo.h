@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -101,7 +102,9 @@ class KYCB_API ObjectModelInfo {
     /// this component and without others of the same GUID, project id and floor name. Without a
     /// work set above, the list is left empty.
     void AnalyseBoxRelated();
-    const std::vector<ObjectModelInfo*>& GetBoxRelatedObjs() const { return boxRelatedObjs_; }
+    /// The neighbours listed last. The view holds until the neighbours of this component or of its
+    /// floor are listed anew, and as long as both live.
+    std::span<ObjectModelInfo* const> GetBoxRelatedObjs() const { return boxRelatedObjs_; }
 
     void AppendCollisionObj(const SCollisionWithObj& clash);
     const std::vector<SCollisionWithObj>& GetCollisionObjs() const { return collisionObjs_; }
@@ -188,12 +191,13 @@ class KYCB_API ObjectModelInfo {
 
     std::map<std::wstring, std::wstring> ReadAttributes(const IModelDataSource* source) const;
     bool IsSameComponent(const ObjectModelInfo& other) const;
-    std::size_t GetGuidHash() const { return guidHash_; }
     void NoteChange();
     void TakeNeighboursFrom(std::vector<ObjectModelInfo*>& candidates);
-    void PrefetchBox() const;
-    void PrefetchNeighbours() const;
-    ObjectModelInfo** MakeRoomForNeighbours(std::size_t count);
+    // Borrows the list.
+    void ShowNeighbours(std::span<ObjectModelInfo*> list) {
+        boxRelatedObjs_ = list;
+        ownRoom_.reset();
+    }
     bool IsFilteredOut(IModelDataSource* source, const Rule::KyAttrRangeFilter* filter) const;
     bool IsToBeTestedWith(IModelDataSource* source, const RelatedGuids& related,
                           ObjectModelInfo* other, const Rule::KyAttrRangeFilter* filter) const;
@@ -208,7 +212,8 @@ class KYCB_API ObjectModelInfo {
     AttCategoryModelInfo* category_ = nullptr;
     KYTOOLS::GRAPH::BoundingBox3d box_;
     std::size_t guidHash_;  // tells most components apart without reading their GUIDs
-    std::vector<ObjectModelInfo*> boxRelatedObjs_;
+    std::span<ObjectModelInfo*> boxRelatedObjs_;   // in the floor's room for lists, or in:
+    std::unique_ptr<ObjectModelInfo*[]> ownRoom_;  // for a list that was made alone
     std::vector<SCollisionWithObj> collisionObjs_;
     std::map<int, Opcode::Model*> opcodeModels_;
 };
