@@ -9,6 +9,7 @@
 #include <QSettings>
 
 #include "desk/view/MainWindow.h"
+#include "desk/view/PathText.h"
 #include "desk/view/Prompts.h"
 #include "desk/view/Translations.h"
 #include "kyclash/SystemRoot.h"
@@ -18,10 +19,6 @@ namespace {
 class CommandLine {
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
-
-std::filesystem::path ToPath(const QString& text) {
-    return std::filesystem::path(text.toStdU16String());
-}
 
 // What the library wants to say, once however often it says it. It may come from the thread of a
 // run; the windows belong to this one.
@@ -76,7 +73,7 @@ int main(int argc, char** argv) {
                                     "[models...]");
     arguments.process(application);
     const auto fileOf = [&](const QCommandLineOption& option) {
-        return arguments.isSet(option) ? std::optional(ToPath(arguments.value(option)))
+        return arguments.isSet(option) ? std::optional(desk::ToPath(arguments.value(option)))
                                        : std::nullopt;
     };
 
@@ -98,7 +95,7 @@ int main(int argc, char** argv) {
     } else {
         std::vector<std::filesystem::path> models;
         for (const QString& model : arguments.positionalArguments())
-            models.push_back(ToPath(model));
+            models.push_back(desk::ToPath(model));
         window.OpenModels(models);
     }
     const int outcome = QApplication::exec();

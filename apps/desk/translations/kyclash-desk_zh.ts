@@ -56,6 +56,13 @@
     </message>
 </context>
 <context>
+    <name>ToolActions</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+</context>
+<context>
     <name>desk::DetailPane</name>
     <message>
         <source>height %1</source>
@@ -131,38 +138,6 @@
 <context>
     <name>desk::MainWindow</name>
     <message>
-        <source>Reading %1</source>
-        <translation>正在读取 %1</translation>
-    </message>
-    <message>
-        <source>Meshing %1</source>
-        <translation>正在生成网格 %1</translation>
-    </message>
-    <message>
-        <source>Preparing the 3-D view</source>
-        <translation>正在准备三维视图</translation>
-    </message>
-    <message>
-        <source>Finding neighbours</source>
-        <translation>正在查找相邻构件</translation>
-    </message>
-    <message>
-        <source>Reading the rules</source>
-        <translation>正在读取规则</translation>
-    </message>
-    <message>
-        <source>Checking floor %1</source>
-        <translation>正在检查楼层 %1</translation>
-    </message>
-    <message>
-        <source>Collecting results</source>
-        <translation>正在汇总结果</translation>
-    </message>
-    <message>
-        <source>%1 (%2)</source>
-        <translation>%1 (%2)</translation>
-    </message>
-    <message>
         <source>Open models</source>
         <translation>打开模型</translation>
     </message>
@@ -219,62 +194,6 @@
         <translation>停止正在进行的操作</translation>
     </message>
     <message>
-        <source>Open level</source>
-        <translation>展开一级</translation>
-    </message>
-    <message>
-        <source>Open the next level of the tree</source>
-        <translation>展开树的下一级</translation>
-    </message>
-    <message>
-        <source>Close level</source>
-        <translation>收起一级</translation>
-    </message>
-    <message>
-        <source>Close the deepest open level of the tree</source>
-        <translation>收起树中最深的已展开级</translation>
-    </message>
-    <message>
-        <source>Fit all</source>
-        <translation>显示全部</translation>
-    </message>
-    <message>
-        <source>Show the whole building</source>
-        <translation>显示整栋建筑</translation>
-    </message>
-    <message>
-        <source>Fit clash</source>
-        <translation>定位碰撞</translation>
-    </message>
-    <message>
-        <source>Go to the selected clash</source>
-        <translation>转到所选碰撞</translation>
-    </message>
-    <message>
-        <source>Keep view</source>
-        <translation>保留视图</translation>
-    </message>
-    <message>
-        <source>Remember this view with the selected clash</source>
-        <translation>为所选碰撞记住此视图</translation>
-    </message>
-    <message>
-        <source>Section</source>
-        <translation>剖切</translation>
-    </message>
-    <message>
-        <source>Cut the building above the floor of the selected clash</source>
-        <translation>在所选碰撞所在楼层上方剖切建筑</translation>
-    </message>
-    <message>
-        <source>Export drawing</source>
-        <translation>导出图形</translation>
-    </message>
-    <message>
-        <source>Write the clash point and boxes to a glTF file</source>
-        <translation>将碰撞点和包围盒写入 glTF 文件</translation>
-    </message>
-    <message>
         <source>Find</source>
         <translation>查找</translation>
     </message>
@@ -287,18 +206,6 @@
         <translation>主工具栏</translation>
     </message>
     <message>
-        <source>Floors to check</source>
-        <translation>要检查的楼层</translation>
-    </message>
-    <message>
-        <source>&lt;b&gt;Kinds to check&lt;/b&gt;</source>
-        <translation>&lt;b&gt;要检查的类别&lt;/b&gt;</translation>
-    </message>
-    <message>
-        <source>&lt;b&gt;Floors to check&lt;/b&gt;</source>
-        <translation>&lt;b&gt;要检查的楼层&lt;/b&gt;</translation>
-    </message>
-    <message>
         <source>Clashes</source>
         <translation>碰撞</translation>
     </message>
@@ -309,14 +216,6 @@
     <message>
         <source>Notes</source>
         <translation>提示</translation>
-    </message>
-    <message>
-        <source> mm</source>
-        <translation> mm</translation>
-    </message>
-    <message>
-        <source>Height of the section above the floor</source>
-        <translation>剖切面距楼面的高度</translation>
     </message>
     <message>
         <source>The next check uses the rules %1</source>
@@ -367,20 +266,8 @@
         <translation>提示 (%L1)</translation>
     </message>
     <message>
-        <source>Clashes: &lt;b&gt;%L1&lt;/b&gt;</source>
-        <translation>碰撞：&lt;b&gt;%L1&lt;/b&gt;</translation>
-    </message>
-    <message>
-        <source>Clashes: &lt;b&gt;%L1&lt;/b&gt; of %L2</source>
-        <translation>碰撞：&lt;b&gt;%L1&lt;/b&gt; / %L2</translation>
-    </message>
-    <message>
         <source>This view is kept with the clash</source>
         <translation>已为该碰撞保留此视图</translation>
-    </message>
-    <message>
-        <source>%1 cannot be written</source>
-        <translation>无法写入 %1</translation>
     </message>
 </context>
 <context>
@@ -535,6 +422,72 @@
     </message>
 </context>
 <context>
+    <name>desk::ResultPane</name>
+    <message>
+        <source>Clashes: &lt;b&gt;%L1&lt;/b&gt;</source>
+        <translation>碰撞：&lt;b&gt;%L1&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>Clashes: &lt;b&gt;%L1&lt;/b&gt; of %L2</source>
+        <translation>碰撞：&lt;b&gt;%L1&lt;/b&gt; / %L2</translation>
+    </message>
+</context>
+<context>
+    <name>desk::ScenePane</name>
+    <message>
+        <source> mm</source>
+        <translation> mm</translation>
+    </message>
+    <message>
+        <source>Height of the section above the floor</source>
+        <translation>剖切面距楼面的高度</translation>
+    </message>
+    <message>
+        <source>Fit all</source>
+        <translation>显示全部</translation>
+    </message>
+    <message>
+        <source>Show the whole building</source>
+        <translation>显示整栋建筑</translation>
+    </message>
+    <message>
+        <source>Fit clash</source>
+        <translation>定位碰撞</translation>
+    </message>
+    <message>
+        <source>Go to the selected clash</source>
+        <translation>转到所选碰撞</translation>
+    </message>
+    <message>
+        <source>Keep view</source>
+        <translation>保留视图</translation>
+    </message>
+    <message>
+        <source>Remember this view with the selected clash</source>
+        <translation>为所选碰撞记住此视图</translation>
+    </message>
+    <message>
+        <source>Section</source>
+        <translation>剖切</translation>
+    </message>
+    <message>
+        <source>Cut the building above the floor of the selected clash</source>
+        <translation>在所选碰撞所在楼层上方剖切建筑</translation>
+    </message>
+    <message>
+        <source>Export drawing</source>
+        <translation>导出图形</translation>
+    </message>
+    <message>
+        <source>Write the clash point and boxes to a glTF file</source>
+        <translation>将碰撞点和包围盒写入 glTF 文件</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written</source>
+        <translation>无法写入 %1</translation>
+    </message>
+</context>
+<context>
     <name>desk::SceneView</name>
     <message>
         <source>3-D view</source>
@@ -547,6 +500,68 @@
     <message>
         <source>Open IFC models to see them here.</source>
         <translation>打开 IFC 模型即可在此查看。</translation>
+    </message>
+</context>
+<context>
+    <name>desk::ScopePane</name>
+    <message>
+        <source>Floors to check</source>
+        <translation>要检查的楼层</translation>
+    </message>
+    <message>
+        <source>Open level</source>
+        <translation>展开一级</translation>
+    </message>
+    <message>
+        <source>Open the next level of the tree</source>
+        <translation>展开树的下一级</translation>
+    </message>
+    <message>
+        <source>Close level</source>
+        <translation>收起一级</translation>
+    </message>
+    <message>
+        <source>Close the deepest open level of the tree</source>
+        <translation>收起树中最深的已展开级</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Kinds to check&lt;/b&gt;</source>
+        <translation>&lt;b&gt;要检查的类别&lt;/b&gt;</translation>
+    </message>
+    <message>
+        <source>&lt;b&gt;Floors to check&lt;/b&gt;</source>
+        <translation>&lt;b&gt;要检查的楼层&lt;/b&gt;</translation>
+    </message>
+</context>
+<context>
+    <name>desk::StatusLine</name>
+    <message>
+        <source>Reading %1</source>
+        <translation>正在读取 %1</translation>
+    </message>
+    <message>
+        <source>Meshing %1</source>
+        <translation>正在生成网格 %1</translation>
+    </message>
+    <message>
+        <source>Preparing the 3-D view</source>
+        <translation>正在准备三维视图</translation>
+    </message>
+    <message>
+        <source>Finding neighbours</source>
+        <translation>正在查找相邻构件</translation>
+    </message>
+    <message>
+        <source>Reading the rules</source>
+        <translation>正在读取规则</translation>
+    </message>
+    <message>
+        <source>Checking floor %1</source>
+        <translation>正在检查楼层 %1</translation>
+    </message>
+    <message>
+        <source>Collecting results</source>
+        <translation>正在汇总结果</translation>
     </message>
 </context>
 </TS>

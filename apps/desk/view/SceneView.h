@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "desk/core/FloorSection.h"
 #include "desk/core/SceneMeshes.h"
 #include "desk/view/Camera.h"
 #include "desk/view/GlSceneContext.h"
@@ -22,12 +23,6 @@ struct ShownClash {
     QVector3D point;                    ///< scene coordinates (mm)
 
     bool operator==(const ShownClash&) const = default;
-};
-
-/// A slab of the building between two heights (mm).
-struct Section {
-    float bottom = 0.0F;
-    float top = 0.0F;
 };
 
 /// The 3-D view: all components shaded by specialty, or the two of a clash in their colours with

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: Apache-2.0
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "desk/core/Session.h"
+#include "desk/view/KindNames.h"
+
+class QAction;
+class QSpinBox;
+
+namespace desk {
+
+class ClashDrawing;
+class DetailPane;
+class Prompts;
+class SceneView;
+
+/// The pane of the model: the 3-D view with its tools, and in words what it shows. It is told which
+/// clash or opening that is.
+class ScenePane : public QWidget {
+    Q_OBJECT
+
+  public:
+    ScenePane(Session& session, const KindNames& names, Prompts& prompts,
+              QWidget* parent = nullptr);
+    ~ScenePane() override;
+
+    /// Takes the session's models anew and shows the whole building.
+    void ShowModels();
+    /// Shows a clash from the view that is kept with it, else from near by. Null: none.
+    void ShowClash(Session::Item* clash);
+    /// Shows an opening like a clash of one component, at the middle of its box. Null: none.
+    void ShowOpening(const Session::Hole* opening);
+
+    SceneView& View() { return *view_; }
+
+  signals:
+    /// The view was kept with the clash on display.
+    void ViewKept();
+
+  private:
+    void BuildActions();
+    void KeepView();
+    void Export();
+    void UpdateSection();
+    void UpdateActions();
+
+    Session& session_;
+    Prompts& prompts_;
+    Session::Item* clash_ = nullptr;  // the one on display
+    SceneView* view_;
+    DetailPane* details_;
+    QSpinBox* sectionHeight_;
+    std::unique_ptr<ClashDrawing> drawing_;
+
+    QAction* fitAll_ = nullptr;
+    QAction* fitClash_ = nullptr;
+    QAction* keepView_ = nullptr;
+    QAction* section_ = nullptr;
+    QAction* export_ = nullptr;
+};
+
+}  // namespace desk

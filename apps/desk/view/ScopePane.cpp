@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+#include "desk/view/ScopePane.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QListWidget>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+#include "desk/view/KindTree.h"
+#include "desk/view/ToolActions.h"
+
+namespace desk {
+
+ScopePane::ScopePane(const KindNames& names, QWidget* parent)
+    : QWidget(parent), kinds_(new KindTree(names, this)), floors_(new QListWidget(this)) {
+    kinds_->setObjectName("kinds");
+    floors_->setObjectName("floors");
+    floors_->setAccessibleName(tr("Floors to check"));
+    QAction* expand =
+        NewAction(*this, tr("Open level"), "expandLevel", QKeySequence("Ctrl+Shift+Right"),
+                  tr("Open the next level of the tree"));
+    QAction* collapse =
+        NewAction(*this, tr("Close level"), "collapseLevel", QKeySequence("Ctrl+Shift+Left"),
+                  tr("Close the deepest open level of the tree"));
+    auto* levels = new QToolBar(this);
+    levels->addActions({expand, collapse});
+
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(new QLabel(tr("<b>Kinds to check</b>"), this));
+    column->addWidget(levels);
+    column->addWidget(kinds_, 3);
+    column->addWidget(new QLabel(tr("<b>Floors to check</b>"), this));
+    column->addWidget(floors_, 1);
+    connect(expand, &QAction::triggered, kinds_, [this] { kinds_->ExpandByLevel(true); });
+    connect(collapse, &QAction::triggered, kinds_, [this] { kinds_->ExpandByLevel(false); });
+    connect(kinds_, &KindTree::CheckChanged, this, &ScopePane::ChoiceChanged);
+    connect(floors_, &QListWidget::itemChanged, this, &ScopePane::ChoiceChanged);
+}
+
+void ScopePane::ShowModels(const Session& session) {
+    kinds_->SetKinds(session.Kinds());
+    floors_->clear();
+    for (const SCollisionFloor& floor : session.Floors()) {
+        auto* item = new QListWidgetItem(QString::fromStdWString(floor.name), floors_);
+        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
+        item->setCheckState(Qt::Checked);
+    }
+}
+
+CheckRequest ScopePane::Chosen() const {
+    return {CheckedFloors(), kinds_->CheckedKinds()};
+}
+
+std::vector<std::wstring> ScopePane::CheckedFloors() const {
+    std::vector<std::wstring> names;
+    for (int row = 0; row < floors_->count(); ++row) {
+        const QListWidgetItem* item = floors_->item(row);
+        if (item->checkState() == Qt::Checked) names.push_back(item->text().toStdWString());
+    }
+    return names;
+}
+
+}  // namespace desk
