@@ -57,6 +57,15 @@ void CThreeStateTree::OnItemInserted(QTreeWidgetItem* item) {
     }
 }
 
+// A style draws the frame of a box in a darker shade of the window's colour. On a dark ground that
+// cannot be seen, and an unchecked box is nothing but its frame.
+void CThreeStateTree::initViewItemOption(QStyleOptionViewItem* option) const {
+    CTreeCtrl::initViewItemOption(option);
+    const QColor text = option->palette.color(QPalette::Text);
+    if (qGray(text.rgb()) > qGray(option->palette.color(QPalette::Base).rgb()))
+        option->palette.setColor(QPalette::Window, text);
+}
+
 CThreeStateTree::CheckState CThreeStateTree::GetCheckState(HTREEITEM item) const {
     if (item == nullptr) return CheckState::kUnchecked;
     switch (StateOf(*ToWidgetItem(item))) {

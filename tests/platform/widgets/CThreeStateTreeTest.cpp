@@ -4,6 +4,7 @@
 #include <QStyle>
 #include <QStyleOptionViewItem>
 #include <QTest>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -191,4 +192,19 @@ TEST_F(CThreeStateTreeTest, LetsEditorsOfOtherDataThrough) {
     tree_.SetItemText(left_, L"renamed");
     EXPECT_EQ(tree_.GetItemText(left_), L"renamed");
     EXPECT_THAT(tree_.asked, IsEmpty());
+}
+
+TEST_F(CThreeStateTreeTest, ShowsTheFrameOfAnUncheckedBoxOnADarkGround) {
+    QPalette dark;
+    dark.setColor(QPalette::Window, QColor(36, 40, 46));
+    dark.setColor(QPalette::Base, QColor(27, 31, 36));
+    dark.setColor(QPalette::Text, QColor(230, 233, 237));
+    tree_.setPalette(dark);
+    const QImage shown = tree_.viewport()->grab().toImage();
+    // From the middle of the box to the left, beyond its frame and not as far as anything else.
+    const QPoint box = tree_.BoxOf(tree_.GetRootItem()) * shown.devicePixelRatio();
+    int brightest = 0;
+    for (int x = 0; x < 10; ++x)
+        brightest = std::max(brightest, qGray(shown.pixel(box.x() - x, box.y())));
+    EXPECT_GT(brightest, 120);
 }

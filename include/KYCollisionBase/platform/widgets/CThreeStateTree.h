@@ -44,6 +44,7 @@ class KYCB_UI_API CThreeStateTree : public CTreeCtrl {
 
     QTreeWidgetItem* NewItem() override;
     void OnItemInserted(QTreeWidgetItem* item) override;
+    void initViewItemOption(QStyleOptionViewItem* option) const override;
 
   private:
     class Item;
