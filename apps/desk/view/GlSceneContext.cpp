@@ -13,17 +13,17 @@ constexpr const char* kVertexShader = R"(#version 330 core
 layout(location = 0) in vec3 position;
 layout(location = 1) in vec3 color;
 uniform mat4 viewProjection;
-out vec3 lineColor;
+out vec4 atEnd;
 void main() {
     gl_Position = viewProjection * vec4(position, 1.0);
-    lineColor = color;
+    atEnd = vec4(color, 1.0);
 }
 )";
 
 constexpr const char* kFragmentShader = R"(#version 330 core
-in vec3 lineColor;
+in vec4 onLine;
 out vec4 fragment;
-void main() { fragment = vec4(lineColor, 1.0); }
+void main() { fragment = onLine; }
 )";
 
 constexpr int kFloatsPerVertex = 6;
@@ -59,6 +59,7 @@ void GlSceneContext::MarkChanged() {
 bool GlSceneContext::Initialize() {
     needsUpload_ = true;
     return program_.addShaderFromSourceCode(QOpenGLShader::Vertex, kVertexShader) &&
+           AddWideLines(program_) &&
            program_.addShaderFromSourceCode(QOpenGLShader::Fragment, kFragmentShader) &&
            program_.link() && vertices_.create() && layout_.create();
 }
@@ -80,11 +81,12 @@ void GlSceneContext::Upload() {
     needsUpload_ = false;
 }
 
-void GlSceneContext::Draw(const QMatrix4x4& viewProjection) {
+void GlSceneContext::Draw(const QMatrix4x4& viewProjection, const LinePixels& lines) {
     if (needsUpload_) Upload();
     if (vertexCount_ == 0) return;
     program_.bind();
     program_.setUniformValue("viewProjection", viewProjection);
+    SetLinePixels(program_, lines);
     const QOpenGLVertexArrayObject::Binder bound(&layout_);
     QOpenGLContext::currentContext()->functions()->glDrawArrays(GL_LINES, 0, vertexCount_);
 }

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "desk/view/WideLines.h"
+
 class QMatrix4x4;
 
 namespace desk {
@@ -32,7 +34,7 @@ class GlSceneContext : public IQNGIContext {
     void MarkChanged();
 
     bool Initialize();
-    void Draw(const QMatrix4x4& viewProjection);
+    void Draw(const QMatrix4x4& viewProjection, const LinePixels& lines);
     void Release();
 
   private:

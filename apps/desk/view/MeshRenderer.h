@@ -9,6 +9,7 @@
 
 #include "desk/core/SceneMeshes.h"
 #include "desk/view/Camera.h"
+#include "desk/view/WideLines.h"
 
 namespace desk {
 
@@ -25,7 +26,7 @@ class MeshRenderer {
 
     /// Starts a frame. What lies outside of the section's heights (mm) is not drawn.
     void Begin(const QMatrix4x4& viewProjection, const Camera& camera, float sectionBottom,
-               float sectionTop);
+               float sectionTop, const LinePixels& lines);
     /// What lies nearer to the eye than this is not drawn from now on (mm); 0 at first.
     void SetNearCut(float distance);
     void Draw(const IndexRange& range, const QVector4D& color);
@@ -33,11 +34,11 @@ class MeshRenderer {
     void End();
 
   private:
-    enum class Shading { kFlat, kNone };
+    static void Draw(QOpenGLShaderProgram& program, GLenum primitive, std::size_t firstIndex,
+                     std::uint32_t count, const QVector4D& color);
 
-    void Draw(Shading shading, std::size_t firstIndex, std::uint32_t count, const QVector4D& color);
-
-    QOpenGLShaderProgram program_;
+    QOpenGLShaderProgram faces_;
+    QOpenGLShaderProgram edges_;
     QOpenGLBuffer vertices_{QOpenGLBuffer::VertexBuffer};
     // The triangles' indices, and behind them the edges'.
     QOpenGLBuffer indices_{QOpenGLBuffer::IndexBuffer};

@@ -31,6 +31,8 @@ constexpr float kClashClearance = 600.0F;
 constexpr float kGhostAlpha = 0.28F;
 constexpr float kGhostEdgeAlpha = 0.22F;
 constexpr float kEdgeAlpha = 0.55F;
+constexpr float kEdgeWidth = 1.0F;
+constexpr float kDiagnosticWidth = 2.0F;
 
 // Empty for a component that is not there.
 IndexRange RangeOf(std::optional<std::size_t> component, const std::vector<IndexRange>& ranges) {
@@ -191,7 +193,14 @@ void SceneView::PaintGl() {
     DrawMeshes(viewProjection);
     // What diagnostics point at lies inside of components as a rule.
     gl->glDisable(GL_DEPTH_TEST);
-    diagnostics_.Draw(viewProjection);
+    diagnostics_.Draw(viewProjection, Lines(kDiagnosticWidth));
+}
+
+// Widths are those of a plain display; a dense one has more pixels for the same line.
+LinePixels SceneView::Lines(float width) const {
+    const auto density = static_cast<float>(devicePixelRatioF());
+    return {QVector2D(static_cast<float>(this->width()), static_cast<float>(height())) * density,
+            width * density};
 }
 
 void SceneView::DrawMeshes(const QMatrix4x4& viewProjection) {
@@ -200,7 +209,7 @@ void SceneView::DrawMeshes(const QMatrix4x4& viewProjection) {
     needsUpload_ = false;
     constexpr float kEverywhere = std::numeric_limits<float>::max();
     renderer_.Begin(viewProjection, camera_, section_ ? section_->bottom : -kEverywhere,
-                    section_ ? section_->top : kEverywhere);
+                    section_ ? section_->top : kEverywhere, Lines(kEdgeWidth));
     gl->glEnable(GL_DEPTH_TEST);
     gl->glDepthFunc(GL_LEQUAL);
     if (clash_) {
@@ -212,11 +221,17 @@ void SceneView::DrawMeshes(const QMatrix4x4& viewProjection) {
     renderer_.End();
 }
 
-// Faces step back a little, so that the edges on them are not hidden by rounding.
-void SceneView::DrawBuilding() {
+// So that the edges on them are not hidden: by rounding, and where a face is steep, by as much as
+// it comes nearer within the width of a line.
+void SceneView::StepFacesBack() {
     auto* gl = QOpenGLContext::currentContext()->functions();
     gl->glEnable(GL_POLYGON_OFFSET_FILL);
-    gl->glPolygonOffset(1.0F, 1.0F);
+    gl->glPolygonOffset(Lines(kEdgeWidth).width, 1.0F);
+}
+
+void SceneView::DrawBuilding() {
+    auto* gl = QOpenGLContext::currentContext()->functions();
+    StepFacesBack();
     for (const auto& group : meshes_->groups)
         renderer_.Draw(group.range, Rgba(SpecialtyColor(group.specialty)));
     gl->glDisable(GL_POLYGON_OFFSET_FILL);
@@ -241,8 +256,7 @@ void SceneView::DrawGhost() {
     const QVector4D color = Rgba(GhostColor(palette()), kGhostAlpha);
     const QVector3D toClash = clash_->point - camera_.Position();
     renderer_.SetNearCut(QVector3D::dotProduct(toClash, camera_.Forward()) - kClashClearance);
-    gl->glEnable(GL_POLYGON_OFFSET_FILL);
-    gl->glPolygonOffset(1.0F, 1.0F);
+    StepFacesBack();
     gl->glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_FALSE);
     renderer_.Draw(all, color);
     gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);

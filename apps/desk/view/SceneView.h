@@ -53,6 +53,9 @@ class SceneView : public QWidget {
     /// What diagnostic drawing draws into.
     GlSceneContext& Diagnostics() { return diagnostics_; }
 
+    /// Empty unless the graphics system cannot show the scene.
+    const QString& Problem() const { return problem_; }
+
     QSize sizeHint() const override { return {560, 480}; }
 
   protected:
@@ -69,6 +72,8 @@ class SceneView : public QWidget {
     void PaintGl();
     void Redraw();
     void DrawMeshes(const QMatrix4x4& viewProjection);
+    LinePixels Lines(float width) const;
+    void StepFacesBack();
     void DrawAllEdges(float alpha);
     void DrawBuilding();
     void DrawGhost();
