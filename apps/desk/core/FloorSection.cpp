@@ -25,10 +25,13 @@ std::optional<Section> SectionAbove(const ifchost::IfcWorkset& workset,
     const auto* project = ProjectOf(workset, floor ? std::optional(floor->first) : std::nullopt);
     if (project == nullptr || project->floors.empty()) return std::nullopt;
     const auto& floors = project->floors;
+    const auto lowest =
+        std::min_element(floors.begin(), floors.end(),
+                         [](const auto& a, const auto& b) { return a.under < b.under; });
     const auto named = std::find_if(floors.begin(), floors.end(), [&](const auto& each) {
         return floor && each.name == floor->second;
     });
-    const auto& shown = named == floors.end() ? floors.front() : *named;
+    const auto& shown = named == floors.end() ? *lowest : *named;
     const double level = shown.under - workset.Origin().origin[2];
     return Section{static_cast<float>(level - kSlab), static_cast<float>(level + height)};
 }

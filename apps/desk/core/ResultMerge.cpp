@@ -5,23 +5,12 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 
 namespace desk {
 namespace {
 
 using KYCOLLISION::RESULT::IKyResultData;
 using KYCOLLISION::RESULT::KyResultItem;
-
-using ComponentKey = std::tuple<int, std::wstring, std::wstring>;
-using PairKey = std::pair<ComponentKey, ComponentKey>;
-
-PairKey PairOf(const KyResultItem& item) {
-    ComponentKey a(item.GetProjectA(), item.GetFloorA(), item.GetObjGuidA());
-    ComponentKey b(item.GetProjectB(), item.GetFloorB(), item.GetObjGuidB());
-    if (b < a) std::swap(a, b);
-    return {std::move(a), std::move(b)};
-}
 
 // The old results by their pair of components.
 class OldResults {
@@ -61,6 +50,13 @@ class OldResults {
 };
 
 }  // namespace
+
+PairKey PairOf(const KyResultItem& item) {
+    ComponentKey a(item.GetProjectA(), item.GetFloorA(), item.GetObjGuidA());
+    ComponentKey b(item.GetProjectB(), item.GetFloorB(), item.GetObjGuidB());
+    if (b < a) std::swap(a, b);
+    return {std::move(a), std::move(b)};
+}
 
 void MergeResults(IKyResultData& container, ResultsByFloor results, const CheckedFloors& floors) {
     const OldResults old(container);

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -15,7 +16,13 @@ class IKyResultData;
 namespace desk {
 
 using FloorKey = std::pair<int, std::wstring>;
+/// A component: project, floor, GUID.
+using ComponentKey = std::tuple<int, std::wstring, std::wstring>;
+/// The components of a clash, whichever of them is the main one.
+using PairKey = std::pair<ComponentKey, ComponentKey>;
 using ResultsByFloor = std::map<FloorKey, std::vector<KYCOLLISION::RESULT::KyResultItem*>>;
+
+PairKey PairOf(const KYCOLLISION::RESULT::KyResultItem& item);
 
 /// How far a run came: which floors it went through as a whole, and whether that is all of them.
 struct CheckedFloors {

@@ -93,11 +93,20 @@ void ResultRows::Sort() {
     }
 }
 
-std::optional<std::size_t> ResultRows::RowOf(const Item* item) const {
+template <class Matches>
+std::optional<std::size_t> ResultRows::FirstRow(Matches matches) const {
     const auto found = std::find_if(rows_.begin(), rows_.end(),
-                                    [&](std::size_t row) { return entries_[row].item == item; });
+                                    [&](std::size_t row) { return matches(entries_[row].item); });
     if (found == rows_.end()) return std::nullopt;
     return static_cast<std::size_t>(found - rows_.begin());
+}
+
+std::optional<std::size_t> ResultRows::RowOf(const Item* item) const {
+    return FirstRow([&](const Item* each) { return each == item; });
+}
+
+std::optional<std::size_t> ResultRows::RowOf(const PairKey& pair) const {
+    return FirstRow([&](const Item* each) { return PairOf(*each) == pair; });
 }
 
 std::map<int, std::size_t> ResultRows::CountByState() const {

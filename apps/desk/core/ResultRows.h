@@ -11,6 +11,7 @@
 
 #include "desk/core/ResultColumn.h"
 #include "desk/core/ResultFilter.h"
+#include "desk/core/ResultMerge.h"
 
 namespace desk {
 
@@ -52,6 +53,8 @@ class ResultRows {
     Item& At(std::size_t row) const { return *entries_[rows_[row]].item; }
     /// The row of a result; nothing when it is not shown.
     std::optional<std::size_t> RowOf(const Item* item) const;
+    /// The first row with this pair of components; nothing when none is shown.
+    std::optional<std::size_t> RowOf(const PairKey& pair) const;
 
     /// How many shown rows have which state.
     std::map<int, std::size_t> CountByState() const;
@@ -69,6 +72,8 @@ class ResultRows {
         std::optional<std::string> searchable;  // made when a text is first looked for
     };
 
+    template <class Matches>
+    std::optional<std::size_t> FirstRow(Matches matches) const;
     void Select();
     const std::string& SearchableOf(Entry& entry) const;
     void Sort();

@@ -120,6 +120,14 @@ struct Session::OpenedModels {
     Holes holes;
 };
 
+// What reading results leaves for the owner's thread.
+struct Session::ReadResults {
+    std::filesystem::path file;
+    std::unique_ptr<KyWorksetResultData> results;  // none when there is an error
+    std::string error;
+    bool stopped = false;
+};
+
 // What a run leaves for the owner's thread.
 struct Session::CheckedModels {
     CheckedModels() = default;
@@ -169,10 +177,12 @@ std::optional<ActivityOutcome> Session::Poll() {
     ActivityOutcome outcome;
     outcome.activity = std::exchange(activity_, Activity::kIdle);
     const auto opened = std::move(opened_);
+    const auto read = std::move(read_);
     const auto checked = std::move(checked_);
     try {
         task_.Finish();
         if (opened) TakeOver(*opened, outcome);
+        if (read) TakeOver(*read, outcome);
         if (checked) TakeOver(*checked, outcome);
     } catch (const std::exception& failure) {
         outcome.errors.emplace_back(failure.what());
@@ -202,7 +212,7 @@ void Session::StartOpen(std::vector<std::filesystem::path> models) {
 
 void Session::TakeOver(OpenedModels& opened, ActivityOutcome& outcome) {
     outcome.errors = std::move(opened.loaded.errors);
-    outcome.warnings = std::move(opened.loaded.warnings);
+    outcome.modelNotes = std::move(opened.loaded.notes);
     outcome.stopped = opened.loaded.stopped;
     outcome.succeeded = opened.loaded.workset != nullptr;
     if (!outcome.succeeded) return;
@@ -258,7 +268,7 @@ void Session::TakeOver(CheckedModels& checked, ActivityOutcome& outcome) {
     outcome.rules = std::move(checked.rules);
     for (const auto& note : source_->BodyNotes()) {
         const auto& component = workset_->Components()[note.component];
-        outcome.warnings.push_back(
+        outcome.bodyNotes.push_back(
             PathText(workset_->Project(component.projectId)->file.filename()) + ": " +
             workset_->GlobalId(component) + ": " + note.text);
     }
@@ -327,23 +337,37 @@ bool Session::SaveResults(const std::filesystem::path& file, std::string& error)
     return true;
 }
 
-bool Session::OpenResults(const std::filesystem::path& file, std::string& error) {
-    auto read = NewResults();
-    try {
-        if (!read->InitByXml(WidePath(file))) {
-            error = ifchost::ToUtf8(read->GetErrorText());
-            return false;
+void Session::StartOpenResults(const std::filesystem::path& file) {
+    activity_ = Activity::kReadingResults;
+    read_ = std::make_unique<ReadResults>();
+    read_->file = file;
+    task_.Start([read = read_.get()](BackgroundTask& task) {
+        task.Report({"read", PathText(read->file.filename()), 0, 0});
+        auto results = NewResults();
+        try {
+            if (results->InitByXml(WidePath(read->file))) {
+                read->results = std::move(results);
+                read->stopped = task.StopFlag();
+                return;
+            }
+            read->error = ifchost::ToUtf8(results->GetErrorText());
+        } catch (const std::exception& failure) {
+            // What is wrong in the file in its reader's words, which name the place.
+            read->error = ifchost::ToUtf8(results->GetErrorText());
+            if (read->error.empty()) read->error = PathText(read->file) + ": " + failure.what();
         }
-    } catch (const std::exception& failure) {
-        // What is wrong in the file in its reader's words, which name the place.
-        error = ifchost::ToUtf8(read->GetErrorText());
-        if (error.empty()) error = PathText(file) + ": " + failure.what();
-        return false;
-    }
-    results_ = std::move(read);
-    resultFile_ = file;
+    });
+}
+
+void Session::TakeOver(ReadResults& read, ActivityOutcome& outcome) {
+    if (!read.error.empty()) outcome.errors.push_back(std::move(read.error));
+    outcome.stopped = read.stopped;
+    outcome.succeeded = read.results != nullptr && !read.stopped;
+    if (!outcome.succeeded) return;
+    results_ = std::move(read.results);
+    resultFile_ = std::move(read.file);
     modified_ = false;
-    return true;
+    outcome.clashes = Results().size();
 }
 
 void Session::CloseResults() {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "desk/core/BackgroundTask.h"
+#include "desk/core/ModelNote.h"
 #include "desk/core/ResultMerge.h"
 #include "desk/core/SceneMeshes.h"
 #include "desk/core/WorksetLoading.h"
@@ -32,7 +33,7 @@ class IfcDataSource;
 
 namespace desk {
 
-enum class Activity { kIdle, kOpening, kChecking };
+enum class Activity { kIdle, kOpening, kReadingResults, kChecking };
 
 /// What a run is to check. Kinds are category paths.
 struct CheckRequest {
@@ -50,13 +51,12 @@ struct SessionOptions {
 /// How an activity ended.
 struct ActivityOutcome {
     Activity activity = Activity::kIdle;
-    bool succeeded = false;           ///< went through to the end
-    bool stopped = false;             ///< the user wanted it to stop
-    std::size_t clashes = 0;          ///< of a check: results in all
-    std::vector<std::string> errors;  ///< UTF-8, to be shown
-    /// UTF-8: of reading, what was left out and what is odd about the models; of a check, bodies
-    /// that had to be repaired.
-    std::vector<std::string> warnings;
+    bool succeeded = false;              ///< went through to the end
+    bool stopped = false;                ///< the user wanted it to stop
+    std::size_t clashes = 0;             ///< of a check: results in all
+    std::vector<std::string> errors;     ///< UTF-8, to be shown
+    std::vector<ModelNote> modelNotes;   ///< of reading
+    std::vector<std::string> bodyNotes;  ///< of a check: bodies that had to be repaired (UTF-8)
     std::optional<kyclash::ReportedRules> rules;  ///< of a check
 };
 
@@ -69,9 +69,9 @@ struct KindCount {
 /// What the window works on: the open models, the check driver, and the results with what the user
 /// made of them. It knows no toolkit.
 ///
-/// Opening and checking run on a thread of their own. The owner calls Progress while that goes on,
-/// and Poll, which takes the outcome over once there is one. Results can be read and edited all
-/// the while; they change only in Poll, OpenResults and CloseResults.
+/// Opening, reading results and checking run on a thread of their own. The owner calls Progress
+/// while that goes on, and Poll, which takes the outcome over once there is one. Results can be
+/// read and edited all the while; they change only in Poll and CloseResults.
 ///
 /// Threads: the owner's, for all operations.
 class Session {
@@ -127,17 +127,19 @@ class Session {
     /// Writes the results, and the list of the models beside them. False, with `error`, when one
     /// of the two fails.
     bool SaveResults(const std::filesystem::path& file, std::string& error);
-    /// Reads results in place of those held. False, with `error` and nothing changed, when the
-    /// file is none.
-    bool OpenResults(const std::filesystem::path& file, std::string& error);
+    /// Starts reading results in place of those held, which stay until the new ones are there, and
+    /// when the file holds none. Precondition: idle.
+    void StartOpenResults(const std::filesystem::path& file);
     /// Forgets all results.
     void CloseResults();
 
   private:
     struct OpenedModels;
+    struct ReadResults;
     struct CheckedModels;
 
     void TakeOver(OpenedModels& opened, ActivityOutcome& outcome);
+    void TakeOver(ReadResults& read, ActivityOutcome& outcome);
     void TakeOver(CheckedModels& checked, ActivityOutcome& outcome);
 
     SessionOptions options_;
@@ -155,6 +157,7 @@ class Session {
     bool modified_ = false;
 
     std::unique_ptr<OpenedModels> opened_;
+    std::unique_ptr<ReadResults> read_;
     std::unique_ptr<CheckedModels> checked_;
     // Last: its end is waited for before anything that the work uses goes.
     BackgroundTask task_;

@@ -70,27 +70,23 @@ std::vector<ifchost::WorksetInput> OpenPackages(const std::vector<ConvertResult>
     return inputs;
 }
 
-std::vector<std::string> NotesOn(const ifchost::IfcWorkset& workset,
-                                 const ifchost::WorksetProject& project) {
-    std::vector<std::string> notes;
+std::vector<ModelNote> NotesOn(const ifchost::IfcWorkset& workset,
+                               const ifchost::WorksetProject& project) {
+    const std::string file = Utf8(project.file.filename());
+    std::vector<ModelNote> notes;
     for (std::size_t i = 0; i < project.fateCounts.size(); ++i) {
         const auto fate = static_cast<ifchost::ProductFate>(i);
         if (fate == ifchost::ProductFate::Checked || project.fateCounts[i] == 0) continue;
-        notes.push_back("not checked: " + std::to_string(project.fateCounts[i]) + " (" +
-                        std::string(ifchost::FateText(fate)) + ")");
+        notes.push_back({file, UncheckedProducts{fate, project.fateCounts[i]}});
     }
     for (const auto& unmapped : workset.Unmapped()) {
-        if (unmapped.projectId != project.id) continue;
-        notes.push_back("no mapping rule for " + std::to_string(unmapped.count) + " x " +
-                        unmapped.ifcClass + ", as " + unmapped.example);
+        if (unmapped.projectId == project.id) notes.push_back({file, unmapped});
     }
     for (const auto& warning : project.package.Warnings())
-        notes.push_back(warning.text);
+        notes.push_back({file, warning.text});
     for (const auto& warning : workset.Warnings()) {
-        if (warning.projectId == project.id) notes.push_back(warning.text);
+        if (warning.projectId == project.id) notes.push_back({file, warning.text});
     }
-    for (std::string& note : notes)
-        note.insert(0, Utf8(project.file.filename()) + ": ");
     return notes;
 }
 
@@ -107,11 +103,11 @@ LoadedModels LoadModels(const std::vector<std::filesystem::path>& models,
     task.Report({"build", {}, 0, 0});
     loaded.workset = std::make_shared<const ifchost::IfcWorkset>(std::move(inputs), *mapping);
     for (const auto& warning : loaded.workset->Warnings()) {
-        if (warning.projectId == 0) loaded.warnings.push_back(warning.text);
+        if (warning.projectId == 0) loaded.notes.push_back({{}, warning.text});
     }
     for (const auto& project : loaded.workset->Projects()) {
-        for (std::string& note : NotesOn(*loaded.workset, project))
-            loaded.warnings.push_back(std::move(note));
+        for (ModelNote& note : NotesOn(*loaded.workset, project))
+            loaded.notes.push_back(std::move(note));
     }
     return loaded;
 }

@@ -7,9 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace ifchost {
-class IfcWorkset;
-}
+#include "desk/core/ModelNote.h"
 
 namespace desk {
 
@@ -26,8 +24,7 @@ struct LoadOptions {
 struct LoadedModels {
     std::shared_ptr<const ifchost::IfcWorkset> workset;
     std::vector<std::string> errors;  ///< UTF-8, each names its file
-    /// UTF-8, each names its file: what was left out, and what is odd.
-    std::vector<std::string> warnings;
+    std::vector<ModelNote> notes;
     bool stopped = false;
 };
 

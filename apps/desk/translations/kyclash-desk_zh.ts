@@ -72,6 +72,10 @@
         <source>elevation %1 mm</source>
         <translation>标高 %1 mm</translation>
     </message>
+    <message>
+        <source>Select a clash to see its two components here.</source>
+        <translation>选择一个碰撞，即可在此查看其两个构件。</translation>
+    </message>
 </context>
 <context>
     <name>desk::FilterBar</name>
@@ -269,6 +273,18 @@
         <source>This view is kept with the clash</source>
         <translation>已为该碰撞保留此视图</translation>
     </message>
+    <message>
+        <source>Results read, clashes: %L1</source>
+        <translation>结果已读取，碰撞：%L1</translation>
+    </message>
+    <message>
+        <source>Stopped: no results were opened</source>
+        <translation>已停止：未打开结果</translation>
+    </message>
+    <message>
+        <source>The results could not be opened</source>
+        <translation>无法打开结果</translation>
+    </message>
 </context>
 <context>
     <name>desk::NotesPane</name>
@@ -295,6 +311,54 @@
     <message>
         <source>Last check, with the rules %1</source>
         <translation>上次检查，所用规则：%1</translation>
+    </message>
+    <message>
+        <source>an opening: listed, not checked</source>
+        <translation>洞口：只列出，不检查</translation>
+    </message>
+    <message>
+        <source>an opening that a door, a window or the like stands for</source>
+        <translation>由门、窗等代表的洞口</translation>
+    </message>
+    <message>
+        <source>an assembly: checked through its parts</source>
+        <translation>组合件：按其组成部分检查</translation>
+    </message>
+    <message>
+        <source>no body: space, storey, annotation, grid, port or the like</source>
+        <translation>无实体：空间、楼层、标注、轴网、端口等</translation>
+    </message>
+    <message>
+        <source>the file gives it no body</source>
+        <translation>文件中没有其实体</translation>
+    </message>
+    <message>
+        <source>its body has no triangles</source>
+        <translation>其实体没有三角面</translation>
+    </message>
+    <message>
+        <source>its body could not be read</source>
+        <translation>无法读取其实体</translation>
+    </message>
+    <message>
+        <source>left out by the mapping</source>
+        <translation>映射中已排除</translation>
+    </message>
+    <message>
+        <source>no rule of the mapping matches</source>
+        <translation>没有匹配的映射规则</translation>
+    </message>
+    <message>
+        <source>not checked: %L1 (%2)</source>
+        <translation>未检查：%L1（%2）</translation>
+    </message>
+    <message>
+        <source>no mapping rule for %L1 x %2, as %3</source>
+        <translation>没有映射规则：%L1 个 %2，例如 %3</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
     </message>
 </context>
 <context>
@@ -431,6 +495,22 @@
         <source>Clashes: &lt;b&gt;%L1&lt;/b&gt; of %L2</source>
         <translation>碰撞：&lt;b&gt;%L1&lt;/b&gt; / %L2</translation>
     </message>
+    <message>
+        <source>No clash passes the filters.</source>
+        <translation>没有碰撞符合筛选条件。</translation>
+    </message>
+    <message>
+        <source>No clashes were found.</source>
+        <translation>没有发现碰撞。</translation>
+    </message>
+    <message>
+        <source>Choose what to check on the left, and run the check.</source>
+        <translation>请在左侧选择检查范围，然后运行检查。</translation>
+    </message>
+    <message>
+        <source>Open models, or the results of an earlier check.</source>
+        <translation>请打开模型，或打开以前检查的结果。</translation>
+    </message>
 </context>
 <context>
     <name>desk::ScenePane</name>
@@ -455,10 +535,6 @@
         <translation>定位碰撞</translation>
     </message>
     <message>
-        <source>Go to the selected clash</source>
-        <translation>转到所选碰撞</translation>
-    </message>
-    <message>
         <source>Keep view</source>
         <translation>保留视图</translation>
     </message>
@@ -479,12 +555,16 @@
         <translation>导出图形</translation>
     </message>
     <message>
-        <source>Write the clash point and boxes to a glTF file</source>
-        <translation>将碰撞点和包围盒写入 glTF 文件</translation>
-    </message>
-    <message>
         <source>%1 cannot be written</source>
         <translation>无法写入 %1</translation>
+    </message>
+    <message>
+        <source>Go to the selected clash or opening</source>
+        <translation>转到所选碰撞或洞口</translation>
+    </message>
+    <message>
+        <source>Write the drawing (point and boxes) to a glTF file</source>
+        <translation>将图形（碰撞点和包围框）写入 glTF 文件</translation>
     </message>
 </context>
 <context>

@@ -38,4 +38,12 @@ QString KindNames::Kind(const SObjAttInfo& info) const {
            Name(info.Subcategory);
 }
 
+QString KindNames::Path(const QString& path) const {
+    QStringList parts = path.split('/');
+    for (QString& part : parts)
+        part = names_.value(part, part);
+    const QString called = parts.join('/');
+    return called == path ? path : QStringLiteral("%1 [%2]").arg(called, path);
+}
+
 }  // namespace desk

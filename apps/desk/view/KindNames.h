@@ -20,6 +20,9 @@ class KindNames {
     QString Name(const std::wstring& name) const;
     /// Major and minor category.
     QString Kind(const SObjAttInfo& info) const;
+    /// A category path, as rules name a kind: what its parts are called and, when that is something
+    /// else, the path as it is behind it.
+    QString Path(const QString& path) const;
 
   private:
     QHash<QString, QString> names_;

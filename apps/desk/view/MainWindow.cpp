@@ -59,7 +59,7 @@ MainWindow::MainWindow(SessionOptions options, const QString& language,
       scope_(new ScopePane(names_, this)),
       results_(new ResultPane(session_, names_, this)),
       openings_(new OpeningList(names_, this)),
-      notes_(new NotesPane(this)),
+      notes_(new NotesPane(names_, this)),
       pages_(BuildPages()),
       scene_(new ScenePane(session_, names_, *prompts_, this)),
       status_(new StatusLine(this)) {
@@ -147,7 +147,10 @@ void MainWindow::ConnectPanes() {
     connect(scope_, &ScopePane::ChoiceChanged, this, &MainWindow::UpdateActions);
     connect(results_, &ResultPane::CurrentChanged, this, &MainWindow::ShowSelected);
     connect(results_, &ResultPane::Edited, this, &MainWindow::NoteChanges);
-    connect(find_, &QAction::triggered, results_, &ResultPane::StartSearch);
+    connect(find_, &QAction::triggered, this, [this] {
+        pages_->setCurrentWidget(results_);
+        results_->StartSearch();
+    });
     connect(openings_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) { ShowOpening(current.row()); });
     connect(pages_, &QTabWidget::currentChanged, this, &MainWindow::ShowPage);
@@ -183,13 +186,13 @@ void MainWindow::ChooseRules() {
 
 void MainWindow::OpenResults(const std::filesystem::path& file) {
     if (IsBusy() || !MayDropResults()) return;
+    session_.StartOpenResults(file);
+    WatchActivity();
+}
+
+void MainWindow::OpenModelsOfResults() {
     std::string error;
-    if (!session_.OpenResults(file, error)) {
-        prompts_->ShowProblems(this, tr("Open results"), {QString::fromStdString(error)});
-        return;
-    }
-    ShowResults();
-    auto models = ReadModelList(file, error);
+    auto models = ReadModelList(*session_.ResultFile(), error);
     if (!error.empty())
         prompts_->ShowProblems(this, tr("Open results"), {QString::fromStdString(error)});
     if (!models) {
@@ -270,15 +273,27 @@ void MainWindow::PollSession() {
 }
 
 void MainWindow::ShowOutcome(const ActivityOutcome& outcome) {
-    if (outcome.activity == Activity::kOpening) {
-        ShowOpened(outcome);
-    } else {
-        ShowChecked(outcome);
+    switch (outcome.activity) {
+        case Activity::kOpening:
+            ShowOpened(outcome);
+            break;
+        case Activity::kReadingResults:
+            ShowRead(outcome);
+            break;
+        default:
+            ShowChecked(outcome);
     }
     ShowResults();
     ShowNotes();
     if (!outcome.errors.empty())
         prompts_->ShowProblems(this, windowTitle(), ToTexts(outcome.errors));
+    if (outcome.activity == Activity::kReadingResults && outcome.succeeded) OpenModelsOfResults();
+}
+
+void MainWindow::ShowRead(const ActivityOutcome& outcome) {
+    status_->Say(outcome.succeeded ? tr("Results read, clashes: %L1").arg(outcome.clashes)
+                 : outcome.stopped ? tr("Stopped: no results were opened")
+                                   : tr("The results could not be opened"));
 }
 
 void MainWindow::ShowOpened(const ActivityOutcome& outcome) {
@@ -289,7 +304,7 @@ void MainWindow::ShowOpened(const ActivityOutcome& outcome) {
     }
     if (openedFor_ == OpenedFor::kNewWork) session_.CloseResults();
     ShowModels();
-    notes_->SetReadingNotes(outcome.warnings);
+    notes_->SetModelNotes(outcome.modelNotes);
     status_->Say(tr("Models: %L1, components: %L2")
                      .arg(session_.Models().size())
                      .arg(session_.Workset()->Components().size()));
@@ -299,7 +314,7 @@ void MainWindow::ShowChecked(const ActivityOutcome& outcome) {
     status_->Say(outcome.succeeded ? tr("Check done, clashes: %L1").arg(outcome.clashes)
                  : outcome.stopped ? tr("Check stopped: the list is not complete")
                                    : tr("The check could not be done"));
-    if (outcome.rules) notes_->SetCheckNotes(outcome.rules, outcome.warnings);
+    if (outcome.rules) notes_->SetCheckNotes(outcome.rules, outcome.bodyNotes);
 }
 
 void MainWindow::ShowModels() {

@@ -75,12 +75,14 @@ class MainWindow : public QMainWindow {
     bool SaveTo(const std::filesystem::path& file);
     /// Whether the results may go: they are saved, or need not be.
     bool MayDropResults();
+    void OpenModelsOfResults();
     void StartReading(std::vector<std::filesystem::path> models, OpenedFor openedFor);
 
     void WatchActivity();
     void PollSession();
     void ShowOutcome(const ActivityOutcome& outcome);
     void ShowOpened(const ActivityOutcome& outcome);
+    void ShowRead(const ActivityOutcome& outcome);
     void ShowChecked(const ActivityOutcome& outcome);
     void ShowModels();
     void ShowResults();

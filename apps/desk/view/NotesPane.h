@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "desk/core/ModelNote.h"
+#include "desk/view/KindNames.h"
 #include "kyclash/CheckReport.h"
 
 namespace desk {
@@ -17,22 +19,25 @@ class NotesPane : public QPlainTextEdit {
     Q_OBJECT
 
   public:
-    explicit NotesPane(QWidget* parent = nullptr);
+    explicit NotesPane(const KindNames& names, QWidget* parent = nullptr);
 
-    /// Notes on the models (UTF-8), in place of all notes so far.
-    void SetReadingNotes(const std::vector<std::string>& notes);
-    /// Notes on a run, in place of those on the run before.
+    /// Notes on the models, in place of all notes so far.
+    void SetModelNotes(const std::vector<ModelNote>& notes);
+    /// Notes on a run (UTF-8), in place of those on the run before.
     void SetCheckNotes(const std::optional<kyclash::ReportedRules>& rules,
                        const std::vector<std::string>& notes);
 
     /// Number of notes; the name of the rule file is none.
-    int Count() const { return static_cast<int>(reading_.size() + checking_.size()); }
+    int Count() const { return static_cast<int>(models_.size() + checking_.size()); }
 
   private:
     void Show();
+    QStringList KindTexts(const QString& text,
+                          const std::vector<kyclash::ReportedKind>& kinds) const;
 
+    const KindNames& names_;
     QString ruleFile_;
-    QStringList reading_;
+    QStringList models_;
     QStringList checking_;
 };
 

@@ -33,7 +33,7 @@ StatusLine::StatusLine(QWidget* parent)
     progress_->setMaximumWidth(260);
     progress_->setVisible(false);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(row->contentsMargins().left(), 0, 0, 0);
     row->addWidget(message_, 1);
     row->addWidget(progress_);
 }

@@ -3,17 +3,13 @@
 #include "KYCollisionBase/result/KyResultItem.h"
 
 #include <algorithm>
-#include <chrono>
+#include <map>
 #include <set>
 #include <stdexcept>
-#include <thread>
 
 #include <gmock/gmock.h>
 
-#include "ConvertedModels.h"
-#include "desk/core/Session.h"
-#include "kyclash/SystemRoot.h"
-#include "support/TemporaryFolder.h"
+#include "SampleSession.h"
 
 using desk::Activity;
 using desk::ActivityOutcome;
@@ -32,60 +28,7 @@ namespace {
 constexpr std::size_t kClashesByDefaultRules = 13;
 constexpr std::size_t kClashesByBuiltinRules = 11;
 
-class SessionTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        const std::string reason = ifchost::testing::WhyNoConversion();
-        if (!reason.empty()) GTEST_SKIP() << "models cannot be converted: " << reason;
-        std::vector<std::string> remarks;
-        ASSERT_TRUE(kyclash::SetSystemRoot(kyclash::ShippedDataFolder() / "system-root", remarks));
-        session_ = NewSession();
-    }
-
-    static std::unique_ptr<Session> NewSession() {
-        desk::SessionOptions options;
-        options.loading.cacheDir = DESK_CACHE_DIR;
-        return std::make_unique<Session>(options);
-    }
-
-    // The outcome of what is going on.
-    ActivityOutcome Wait() {
-        while (true) {
-            if (auto outcome = session_->Poll()) return *outcome;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        }
-    }
-
-    ActivityOutcome Open(const std::filesystem::path& model = DESK_SAMPLE_IFC) {
-        session_->StartOpen({model});
-        return Wait();
-    }
-
-    // Everything.
-    CheckRequest WholeRequest() const {
-        CheckRequest request;
-        for (const auto& floor : session_->Floors())
-            request.floors.push_back(floor.name);
-        for (desk::KindCount kind : session_->Kinds())
-            request.kinds.push_back(kind.kind.categoryIndex());
-        return request;
-    }
-
-    ActivityOutcome Check(const CheckRequest& request) {
-        session_->StartCheck(request);
-        return Wait();
-    }
-
-    Session::Item& Clash(const std::wstring& main, const std::wstring& second) const {
-        for (Session::Item* item : session_->Results()) {
-            if (item->GetNameA() == main && item->GetNameB() == second) return *item;
-        }
-        throw std::runtime_error("no such clash");
-    }
-
-    kycbtest::TemporaryFolder scratch_;
-    std::unique_ptr<Session> session_;
-};
+using SessionTest = SampleSession;
 
 std::multiset<std::wstring> Ids(const Session& session) {
     std::multiset<std::wstring> ids;
@@ -125,8 +68,15 @@ TEST_F(SessionTest, OpensModelsInTheBackground) {
 }
 
 TEST_F(SessionTest, SaysWhatOfTheModelsTakesNoPart) {
-    EXPECT_THAT(Open().warnings,
-                Contains(AllOf(HasSubstr("building.ifc"), HasSubstr("not checked"))));
+    std::map<ifchost::ProductFate, std::size_t> unchecked;
+    for (const desk::ModelNote& note : Open().modelNotes) {
+        EXPECT_EQ(note.file, "building.ifc");
+        if (const auto* products = std::get_if<desk::UncheckedProducts>(&note.what))
+            unchecked[products->fate] = products->count;
+    }
+    EXPECT_EQ(unchecked[ifchost::ProductFate::NoGeometry], 1U) << "an insulation";
+    EXPECT_EQ(unchecked[ifchost::ProductFate::ThroughParts], 2U) << "the stairs";
+    EXPECT_EQ(unchecked.count(ifchost::ProductFate::Checked), 0U);
 }
 
 TEST_F(SessionTest, CountsTheComponentsOfEachKind) {
@@ -279,7 +229,10 @@ TEST_F(SessionTest, OpensWhatItSaved) {
     EXPECT_EQ(session_->ResultFile(), file);
 
     session_ = NewSession();
-    ASSERT_TRUE(session_->OpenResults(file, error)) << error;
+    const ActivityOutcome outcome = OpenResults(file);
+    EXPECT_EQ(outcome.activity, Activity::kReadingResults);
+    ASSERT_TRUE(outcome.succeeded);
+    EXPECT_EQ(outcome.clashes, before.size());
     EXPECT_EQ(Ids(*session_), before);
     EXPECT_EQ(Clash(L"Column F2 3/C", L"SP test line F2").GetRemark(), L"kept");
     EXPECT_FALSE(session_->IsModified());
@@ -292,11 +245,26 @@ TEST_F(SessionTest, KeepsItsResultsWhenAFileHoldsNone) {
     Open();
     Check(WholeRequest());
     const auto before = Ids(*session_);
-    std::string error;
-    EXPECT_FALSE(session_->OpenResults(scratch_.Write("broken.xml", "<a>"), error));
-    EXPECT_THAT(error, HasSubstr("broken.xml"));
+    const ActivityOutcome outcome = OpenResults(scratch_.Write("broken.xml", "<a>"));
+    EXPECT_FALSE(outcome.succeeded);
+    EXPECT_THAT(outcome.errors, ElementsAre(HasSubstr("broken.xml")));
     EXPECT_EQ(Ids(*session_), before);
     EXPECT_FALSE(session_->ResultFile());
+}
+
+TEST_F(SessionTest, KeepsItsResultsWhenTheReadingOfOthersIsStopped) {
+    Open();
+    Check(WholeRequest());
+    const auto file = scratch_.Path() / "r.xml";
+    std::string error;
+    ASSERT_TRUE(session_->SaveResults(file, error)) << error;
+    session_->CloseResults();
+    session_->StartOpenResults(file);
+    session_->RequestStop();
+    const ActivityOutcome outcome = Wait();
+    // A file as short as this may have been read by then.
+    EXPECT_NE(outcome.succeeded, outcome.stopped);
+    EXPECT_EQ(session_->Results().size(), outcome.succeeded ? kClashesByDefaultRules : 0U);
 }
 
 TEST_F(SessionTest, SaysWhereResultsCannotBeSaved) {

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: Apache-2.0
 #include <QFile>
 #include <QLocale>
+#include <QTabWidget>
 
 #include <gmock/gmock.h>
 
 #include "DeskFlow.h"
+#include "desk/view/NotesPane.h"
 #include "desk/view/Translations.h"
+#include "ifchost/IfcWorkset.h"
 
 using desk::Translations;
 
@@ -38,6 +41,23 @@ TEST_F(ChineseDesk, SpeaksTheLanguageOfItsUser) {
     EXPECT_EQ(Cell(0, ResultColumn::kMainKind), QString::fromUtf8("砼柱"));
     ClickRow(0);
     Keep("17-chinese");
+    Get<QTabWidget>("pages").setCurrentWidget(&Get<desk::NotesPane>("notes"));
+    Keep("18-chinese-notes");
+}
+
+TEST_F(ChineseDesk, SaysInItsLanguageWhyProductsTakeNoPart) {
+    const Translations chinese = Chinese();
+    const desk::KindNames names("zh");
+    for (std::size_t i = 1; i < ifchost::kProductFateCount; ++i) {
+        const auto fate = static_cast<ifchost::ProductFate>(i);
+        desk::NotesPane notes(names);
+        notes.SetModelNotes({{"a.ifc", desk::UncheckedProducts{fate, 3}}});
+        EXPECT_TRUE(notes.toPlainText().contains(QString::fromUtf8("a.ifc：未检查：3（")))
+            << notes.toPlainText().toStdString();
+        EXPECT_FALSE(notes.toPlainText().contains(
+            QString::fromStdString(std::string(ifchost::FateText(fate)))))
+            << notes.toPlainText().toStdString();
+    }
 }
 
 TEST_F(ChineseDesk, SpeaksEnglishWhereThereIsNoTranslation) {
