@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/view/DetailPane.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLocale>
+#include <QStyle>
 #include <cmath>
 
 #include "desk/core/ResultFilter.h"
@@ -61,7 +63,10 @@ DetailPane::DetailPane(const KindNames& names, QWidget* parent)
       names_(names),
       main_(NewText(*this, "detailMain")),
       second_(NewText(*this, "detailSecond")),
-      place_(NewText(*this, "detailPlace")) {
+      place_(NewText(*this, "detailPlace")),
+      hint_(NewText(*this, "detailHint")) {
+    hint_->setText(tr("Select a clash to see its two components here."));
+    hint_->setForegroundRole(QPalette::PlaceholderText);
     auto* grid = new QGridLayout(this);
     grid->setColumnStretch(1, 1);
     grid->addWidget(NewSwatch(*this, MainColor()), 0, 0);
@@ -70,20 +75,35 @@ DetailPane::DetailPane(const KindNames& names, QWidget* parent)
     grid->addWidget(second_, 1, 1);
     grid->addWidget(NewSwatch(*this, ClashPointColor()), 2, 0);
     grid->addWidget(place_, 2, 1);
+    grid->addWidget(hint_, 3, 0, 1, 2);
     // Room to spare is left below, not between the lines.
-    grid->setRowStretch(3, 1);
+    grid->setRowStretch(4, 1);
     // Two components of up to three lines and the place: the pane keeps its height, whatever it
     // shows.
     constexpr int kLines = 7;
     const QMargins margins = grid->contentsMargins();
     setMinimumHeight(kLines * fontMetrics().lineSpacing() + margins.top() + margins.bottom() +
                      2 * grid->verticalSpacing());
+    AlignTexts();
     Show(nullptr);
+}
+
+// By the direction of the window, not of each text: a name may run the other way.
+void DetailPane::AlignTexts() {
+    for (QLabel* label : {main_, second_, place_, hint_}) {
+        label->setAlignment(
+            QStyle::visualAlignment(layoutDirection(), Qt::AlignLeading | Qt::AlignTop));
+    }
+}
+
+void DetailPane::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange) AlignTexts();
 }
 
 void DetailPane::Show(const KyResultItem* item) {
     for (QLabel* label : findChildren<QLabel*>())
-        label->setVisible(item != nullptr);
+        label->setVisible((item == nullptr) == (label == hint_));
     if (item == nullptr) return;
     const QString height = tr("height %1");
     main_->setText(Component(names_, item->GetAttInfoA(), item->GetSysCodeA(), item->GetFloorA(),

@@ -21,11 +21,17 @@ class DetailPane : public QWidget {
     /// Null: no clash is selected.
     void Show(const KYCOLLISION::RESULT::KyResultItem* item);
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
+    void AlignTexts();
+
     const KindNames& names_;
     QLabel* main_;
     QLabel* second_;
     QLabel* place_;
+    QLabel* hint_;
 };
 
 }  // namespace desk

@@ -33,6 +33,7 @@ OpeningList::OpeningList(const KindNames& names, QWidget* parent)
     : CCustomColorListCtrl(parent), names_(names) {
     SetPaper(ListPaper::kTheme);
     setAlternatingRowColors(true);
+    setTextElideMode(Qt::ElideMiddle);
     const int character = fontMetrics().averageCharWidth();
     const std::pair<QString, int> columns[] = {{tr("Floor"), 14},
                                                {tr("Kind"), 18},

@@ -88,6 +88,8 @@ class StateDelegate : public QStyledItemDelegate {
 ResultList::ResultList(QWidget* parent) : CCustomColorListCtrl(parent) {
     SetPaper(ListPaper::kTheme);
     setAlternatingRowColors(true);
+    // What tells components of one type apart stands at the end of their names.
+    setTextElideMode(Qt::ElideMiddle);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(DoubleClicked | EditKeyPressed | SelectedClicked);
     setHorizontalScrollMode(ScrollPerPixel);
@@ -107,8 +109,7 @@ void ResultList::SetResultModel(ResultModel* model) {
     header->setSortIndicatorClearable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
-    constexpr int kCharactersOfColumn[kResultColumnCount] = {16, 10, 19, 20, 19,
-                                                             20, 15, 15, 24, 26};
+    constexpr int kCharactersOfColumn[kResultColumnCount] = {13, 9, 20, 23, 20, 23, 13, 13, 24, 26};
     for (int column = 0; column < kResultColumnCount; ++column)
         setColumnWidth(column, kCharactersOfColumn[column] * fontMetrics().averageCharWidth());
     SetRowHeight(fontMetrics().height() * 8 / 5);

@@ -18,14 +18,23 @@ namespace desk {
 
 ResultPane::ResultPane(Session& session, const KindNames& names, QWidget* parent)
     : QWidget(parent),
+      session_(session),
       filter_(new FilterBar(names, this)),
       model_(new ResultModel(session, names, this)),
       list_(new ResultList(this)),
-      counts_(new QLabel(this)) {
+      counts_(new QLabel(this)),
+      hint_(new QLabel(list_->viewport())) {
     list_->setObjectName("results");
     list_->SetResultModel(model_);
     counts_->setObjectName("counts");
     counts_->setTextFormat(Qt::RichText);
+    hint_->setObjectName("resultHint");
+    hint_->setAlignment(Qt::AlignCenter);
+    hint_->setWordWrap(true);
+    hint_->setForegroundRole(QPalette::PlaceholderText);
+    hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    auto* paper = new QVBoxLayout(list_->viewport());
+    paper->addWidget(hint_);
     auto* column = new QVBoxLayout(this);
     column->addWidget(filter_);
     column->addWidget(list_, 1);
@@ -39,17 +48,45 @@ ResultPane::ResultPane(Session& session, const KindNames& names, QWidget* parent
         ShowCounts();
         emit Edited();
     });
-    // A reset forgets the current row without a word.
-    connect(model_, &ResultModel::modelReset, this, &ResultPane::CurrentChanged);
-    connect(list_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            &ResultPane::CurrentChanged);
+    connect(model_, &ResultModel::modelReset, this, &ResultPane::RestoreCurrent);
+    connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &ResultPane::NoteCurrent);
+    ShowHint();
 }
 
 void ResultPane::Reload() {
+    current_ = nullptr;  // may be gone
     model_->Reload();
     filter_->SetChoices(model_->Rows());
     model_->SetFilter(filter_->Filter());
     ShowCounts();
+}
+
+void ResultPane::NoteCurrent(const QModelIndex& index) {
+    column_ = index.column();
+    Session::Item* item = Current();
+    if (item == current_) return;
+    current_ = item;
+    pair_ = item == nullptr ? PairKey() : PairOf(*item);
+    emit CurrentChanged();
+}
+
+// After another filter or order the same result is the current one, after a run the same pair.
+void ResultPane::RestoreCurrent() {
+    const ResultRows& rows = model_->Rows();
+    std::optional<std::size_t> row;
+    if (current_ != nullptr) {
+        row = rows.RowOf(current_);
+    } else if (pair_ != PairKey()) {
+        row = rows.RowOf(pair_);
+    }
+    if (row) {
+        list_->setCurrentIndex(model_->index(static_cast<int>(*row), column_));
+        return;
+    }
+    current_ = nullptr;
+    pair_ = {};
+    emit CurrentChanged();
 }
 
 bool ResultPane::HasResults() const {
@@ -80,6 +117,22 @@ void ResultPane::ShowCounts() {
                      .arg(count);
     }
     counts_->setText(parts.join(QStringLiteral(" &nbsp;&middot;&nbsp; ")));
+    ShowHint();
+}
+
+// In place of rows, why there are none.
+void ResultPane::ShowHint() {
+    const ResultRows& rows = model_->Rows();
+    hint_->setVisible(rows.Count() == 0);
+    if (rows.TotalCount() > 0) {
+        hint_->setText(tr("No clash passes the filters."));
+    } else if (session_.IsModified() || session_.ResultFile()) {
+        hint_->setText(tr("No clashes were found."));
+    } else if (session_.Workset() != nullptr) {
+        hint_->setText(tr("Choose what to check on the left, and run the check."));
+    } else {
+        hint_->setText(tr("Open models, or the results of an earlier check."));
+    }
 }
 
 QByteArray ResultPane::ColumnLayout() const {

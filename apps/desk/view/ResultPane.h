@@ -3,10 +3,12 @@
 
 #include <QWidget>
 
+#include "desk/core/ResultMerge.h"
 #include "desk/core/Session.h"
 #include "desk/view/KindNames.h"
 
 class QLabel;
+class QModelIndex;
 
 namespace desk {
 
@@ -21,7 +23,8 @@ class ResultPane : public QWidget {
   public:
     ResultPane(Session& session, const KindNames& names, QWidget* parent = nullptr);
 
-    /// Takes the session's results anew.
+    /// Takes the session's results anew. The current one stays it, where the same components clash
+    /// again.
     void Reload();
     bool HasResults() const;
     /// The result on the current row; null without one.
@@ -44,12 +47,21 @@ class ResultPane : public QWidget {
     void changeEvent(QEvent* event) override;
 
   private:
+    void NoteCurrent(const QModelIndex& index);
+    void RestoreCurrent();
     void ShowCounts();
+    void ShowHint();
 
+    Session& session_;
     FilterBar* filter_;
     ResultModel* model_;
     ResultList* list_;
     QLabel* counts_;
+    QLabel* hint_;
+    // What the current row was; a reset of the model forgets it.
+    Session::Item* current_ = nullptr;
+    PairKey pair_;
+    int column_ = 0;
 };
 
 }  // namespace desk

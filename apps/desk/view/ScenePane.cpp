@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/view/ScenePane.h"
 
+#include "KYCollisionBase/result/CExistingHole.h"
+
 #include <QAction>
 #include <QSpinBox>
 #include <QToolBar>
@@ -41,9 +43,9 @@ ScenePane::ScenePane(Session& session, const KindNames& names, Prompts& prompts,
     : QWidget(parent),
       session_(session),
       prompts_(prompts),
+      sectionHeight_(NewSectionHeight(*this)),
       view_(new SceneView(this)),
       details_(new DetailPane(names, this)),
-      sectionHeight_(NewSectionHeight(*this)),
       drawing_(std::make_unique<ClashDrawing>(view_->Diagnostics())) {
     view_->setObjectName("scene");
     details_->setObjectName("details");
@@ -66,14 +68,14 @@ void ScenePane::BuildActions() {
     fitAll_ = NewAction(*this, tr("Fit all"), "fitAll", QKeySequence("Ctrl+Home"),
                         tr("Show the whole building"));
     fitClash_ = NewAction(*this, tr("Fit clash"), "fitClash", QKeySequence("Ctrl+E"),
-                          tr("Go to the selected clash"));
+                          tr("Go to the selected clash or opening"));
     keepView_ = NewAction(*this, tr("Keep view"), "keepView", QKeySequence("Ctrl+K"),
                           tr("Remember this view with the selected clash"));
     section_ = NewAction(*this, tr("Section"), "section", QKeySequence("Ctrl+T"),
                          tr("Cut the building above the floor of the selected clash"));
     section_->setCheckable(true);
     export_ = NewAction(*this, tr("Export drawing"), "export", {},
-                        tr("Write the clash point and boxes to a glTF file"));
+                        tr("Write the drawing (point and boxes) to a glTF file"));
     connect(fitAll_, &QAction::triggered, view_, &SceneView::FitAll);
     connect(fitClash_, &QAction::triggered, view_, &SceneView::FitClash);
     connect(keepView_, &QAction::triggered, this, &ScenePane::KeepView);
@@ -84,36 +86,47 @@ void ScenePane::BuildActions() {
 
 void ScenePane::ShowModels() {
     view_->SetMeshes(session_.Meshes());
-    UpdateActions();
+    ShowNothing();
 }
 
 void ScenePane::ShowClash(Session::Item* clash) {
+    ShowNothing();
     clash_ = clash;
     details_->Show(clash);
-    UpdateSection();
     UpdateActions();
     const auto place = clash == nullptr ? std::nullopt : PlaceOf(session_, *clash);
-    if (!place) {
-        drawing_->Clear();
-        view_->ShowClash(std::nullopt);
-        return;
-    }
+    if (!place) return;
+    floor_.emplace(clash->GetProjectA(), clash->GetFloorA());
     drawing_->Draw(*place, *session_.Meshes());
-    view_->ShowClash(ShownClash{place->main, place->second, ToVector(place->point)});
-    if (const auto kept = Camera::FromText(QString::fromStdWString(clash->GetViewport()))) {
+    Show({place->main, place->second, ToVector(place->point)});
+    if (const auto kept = Camera::FromText(QString::fromStdWString(clash->GetViewport())))
         view_->SetCamera(*kept);
-    } else {
-        view_->FitClash();
-    }
 }
 
 void ScenePane::ShowOpening(const Session::Hole* opening) {
-    ShowClash(nullptr);
+    ShowNothing();
     const auto place = opening == nullptr ? std::nullopt : PlaceOf(session_, *opening);
     if (!place) return;
+    floor_.emplace(opening->projId, opening->floorName);
     drawing_->Draw(*place);
-    view_->ShowClash(ShownClash{place->component, std::nullopt, ToVector(place->Middle())});
+    Show({place->component, std::nullopt, ToVector(place->Middle())});
+}
+
+void ScenePane::Show(const ShownClash& shown) {
+    view_->ShowClash(shown);
     view_->FitClash();
+    UpdateSection();
+    UpdateActions();
+}
+
+void ScenePane::ShowNothing() {
+    clash_ = nullptr;
+    floor_.reset();
+    details_->Show(nullptr);
+    drawing_->Clear();
+    view_->ShowClash(std::nullopt);
+    UpdateSection();
+    UpdateActions();
 }
 
 void ScenePane::KeepView() {
@@ -128,24 +141,23 @@ void ScenePane::Export() {
     prompts_.ShowProblems(this, tr("Export drawing"), {tr("%1 cannot be written").arg(*file)});
 }
 
-// The floor of the selected clash, else the lowest one.
+// The floor of what is on display, else the lowest one.
 void ScenePane::UpdateSection() {
     if (!section_->isChecked() || session_.Workset() == nullptr) {
         view_->SetSection(std::nullopt);
         return;
     }
-    std::optional<std::pair<int, std::wstring>> floor;
-    if (clash_ != nullptr) floor.emplace(clash_->GetProjectA(), clash_->GetFloorA());
-    view_->SetSection(SectionAbove(*session_.Workset(), floor, sectionHeight_->value()));
+    view_->SetSection(SectionAbove(*session_.Workset(), floor_, sectionHeight_->value()));
 }
 
 void ScenePane::UpdateActions() {
     const bool hasModels = session_.Workset() != nullptr;
     fitAll_->setEnabled(hasModels);
-    fitClash_->setEnabled(hasModels && clash_ != nullptr);
-    keepView_->setEnabled(hasModels && clash_ != nullptr);
     section_->setEnabled(hasModels);
-    export_->setEnabled(hasModels && clash_ != nullptr);
+    sectionHeight_->setEnabled(hasModels);
+    fitClash_->setEnabled(floor_.has_value());
+    export_->setEnabled(floor_.has_value());
+    keepView_->setEnabled(hasModels && clash_ != nullptr);
 }
 
 }  // namespace desk

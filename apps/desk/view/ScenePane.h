@@ -3,6 +3,9 @@
 
 #include <QWidget>
 #include <memory>
+#include <optional>
+#include <string>
+#include <utility>
 
 #include "desk/core/Session.h"
 #include "desk/view/KindNames.h"
@@ -16,6 +19,7 @@ class ClashDrawing;
 class DetailPane;
 class Prompts;
 class SceneView;
+struct ShownClash;
 
 /// The pane of the model: the 3-D view with its tools, and in words what it shows. It is told which
 /// clash or opening that is.
@@ -42,6 +46,8 @@ class ScenePane : public QWidget {
 
   private:
     void BuildActions();
+    void Show(const ShownClash& shown);
+    void ShowNothing();
     void KeepView();
     void Export();
     void UpdateSection();
@@ -49,10 +55,12 @@ class ScenePane : public QWidget {
 
     Session& session_;
     Prompts& prompts_;
-    Session::Item* clash_ = nullptr;  // the one on display
+    Session::Item* clash_ = nullptr;  // on display; null for an opening
+    // Where what is on display is; nothing when that is the whole building.
+    std::optional<std::pair<int, std::wstring>> floor_;
+    QSpinBox* sectionHeight_;
     SceneView* view_;
     DetailPane* details_;
-    QSpinBox* sectionHeight_;
     std::unique_ptr<ClashDrawing> drawing_;
 
     QAction* fitAll_ = nullptr;

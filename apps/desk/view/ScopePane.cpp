@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 #include "desk/view/ScopePane.h"
 
+#include "KYCollisionBase/platform/widgets/CThreeStateTree.h"
+
 #include <QAction>
 #include <QLabel>
-#include <QListWidget>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -13,9 +14,10 @@
 namespace desk {
 
 ScopePane::ScopePane(const KindNames& names, QWidget* parent)
-    : QWidget(parent), kinds_(new KindTree(names, this)), floors_(new QListWidget(this)) {
+    : QWidget(parent), kinds_(new KindTree(names, this)), floors_(new CThreeStateTree(this)) {
     kinds_->setObjectName("kinds");
     floors_->setObjectName("floors");
+    floors_->setRootIsDecorated(false);
     floors_->setAccessibleName(tr("Floors to check"));
     QAction* expand =
         NewAction(*this, tr("Open level"), "expandLevel", QKeySequence("Ctrl+Shift+Right"),
@@ -35,17 +37,14 @@ ScopePane::ScopePane(const KindNames& names, QWidget* parent)
     connect(expand, &QAction::triggered, kinds_, [this] { kinds_->ExpandByLevel(true); });
     connect(collapse, &QAction::triggered, kinds_, [this] { kinds_->ExpandByLevel(false); });
     connect(kinds_, &KindTree::CheckChanged, this, &ScopePane::ChoiceChanged);
-    connect(floors_, &QListWidget::itemChanged, this, &ScopePane::ChoiceChanged);
+    connect(floors_, &CThreeStateTree::CheckChanged, this, &ScopePane::ChoiceChanged);
 }
 
 void ScopePane::ShowModels(const Session& session) {
     kinds_->SetKinds(session.Kinds());
-    floors_->clear();
-    for (const SCollisionFloor& floor : session.Floors()) {
-        auto* item = new QListWidgetItem(QString::fromStdWString(floor.name), floors_);
-        item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
-        item->setCheckState(Qt::Checked);
-    }
+    floors_->DeleteAllItems();
+    for (const SCollisionFloor& floor : session.Floors())
+        floors_->SetCheck(floors_->InsertItem(floor.name, nullptr), true);
 }
 
 CheckRequest ScopePane::Chosen() const {
@@ -54,9 +53,10 @@ CheckRequest ScopePane::Chosen() const {
 
 std::vector<std::wstring> ScopePane::CheckedFloors() const {
     std::vector<std::wstring> names;
-    for (int row = 0; row < floors_->count(); ++row) {
-        const QListWidgetItem* item = floors_->item(row);
-        if (item->checkState() == Qt::Checked) names.push_back(item->text().toStdWString());
+    for (HTREEITEM floor = floors_->GetRootItem(); floor != nullptr;
+         floor = floors_->GetNextSiblingItem(floor)) {
+        if (floors_->GetCheckState(floor) == CThreeStateTree::CheckState::kChecked)
+            names.push_back(floors_->GetItemText(floor));
     }
     return names;
 }

@@ -6,7 +6,7 @@
 #include "desk/core/Session.h"
 #include "desk/view/KindNames.h"
 
-class QListWidget;
+class CThreeStateTree;
 
 namespace desk {
 
@@ -32,7 +32,7 @@ class ScopePane : public QWidget {
     std::vector<std::wstring> CheckedFloors() const;
 
     KindTree* kinds_;
-    QListWidget* floors_;
+    CThreeStateTree* floors_;
 };
 
 }  // namespace desk

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: Apache-2.0
 // Clicks and types through the window as its user does, from opening models to opening the saved
 // results again, and keeps a picture of each state.
+#include "KYCollisionBase/platform/widgets/CThreeStateTree.h"
 #include "KYCollisionBase/ui/KyCheckTestTool.h"
 
 #include <QComboBox>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QLabel>
-#include <QListWidget>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QScrollBar>
@@ -59,12 +59,14 @@ TEST_F(DeskFlow, StartsEmptyWithNothingToRun) {
     EXPECT_FALSE(Action("save").isEnabled());
     EXPECT_TRUE(Action("openModels").isEnabled());
     EXPECT_EQ(Rows(), 0);
+    EXPECT_TRUE(Get<QLabel>("resultHint").text().contains("Open models"));
+    EXPECT_TRUE(Get<QLabel>("detailHint").isVisible());
     Keep("1-empty");
 }
 
 TEST_F(DeskFlow, KeepsWhatTheUserDidOverSavingAndOpening) {
     OpenSample();
-    EXPECT_GT(Get<QListWidget>("floors").count(), 1);
+    EXPECT_GT(Get<CThreeStateTree>("floors").GetCount(), 1U);
     EXPECT_GT(Get<desk::OpeningList>("openings").GetItemCount(), 0);
     EXPECT_TRUE(Action("run").isEnabled());
     Keep("2-opened");
@@ -190,9 +192,12 @@ TEST_F(DeskFlow, FiltersSortsAndCounts) {
     Keep("8-filtered");
     TypeFilter("filterText", "no such thing");
     EXPECT_EQ(Rows(), 0);
+    EXPECT_TRUE(Get<QLabel>("resultHint").text().contains("filters"));
+    EXPECT_TRUE(Get<QLabel>("resultHint").isVisible());
     EXPECT_FALSE(Get<QLabel>("detailMain").isVisible());
     window_->findChild<desk::FilterBar*>()->Clear();
     EXPECT_EQ(Rows(), all);
+    EXPECT_FALSE(Get<QLabel>("resultHint").isVisible());
 
     auto& floor = Get<QComboBox>("filterFloor");
     ASSERT_GT(floor.count(), 1);
@@ -208,6 +213,43 @@ TEST_F(DeskFlow, FiltersSortsAndCounts) {
         EXPECT_LE(Cell(row, ResultColumn::kMainName).toStdWString(),
                   Cell(row - 1, ResultColumn::kMainName).toStdWString());
     }
+}
+
+TEST_F(DeskFlow, KeepsTheSelectedClashOverFilterOrderAndRun) {
+    OpenSample();
+    Check();
+    ClickRow(4);
+    const QString second = Cell(4, ResultColumn::kSecondName);
+    const auto current = [&] {
+        return Cell(List().currentIndex().row(), ResultColumn::kSecondName);
+    };
+    desk::Camera turned = window_->View().CurrentCamera();
+    turned.Orbit(0.7F, 0.2F);
+    window_->View().SetCamera(turned);
+
+    TypeFilter("filterText", second);
+    EXPECT_EQ(current(), second);
+    List().sortByColumn(static_cast<int>(ResultColumn::kMainName), Qt::DescendingOrder);
+    EXPECT_EQ(current(), second);
+    EXPECT_EQ(window_->View().CurrentCamera().ToText(), turned.ToText())
+        << "the same clash is looked at as before";
+    TypeFilter("filterText", "");
+    Check();
+    EXPECT_EQ(current(), second);
+    EXPECT_TRUE(Get<QLabel>("detailMain").isVisible());
+
+    TypeFilter("filterText", "no such thing");
+    EXPECT_FALSE(List().currentIndex().isValid());
+    EXPECT_FALSE(Action("keepView").isEnabled());
+}
+
+TEST_F(DeskFlow, SearchesTheClashesFromEveryPage) {
+    OpenSample();
+    auto& pages = Get<QTabWidget>("pages");
+    pages.setCurrentIndex(2);
+    Action("find").trigger();
+    EXPECT_EQ(pages.currentIndex(), 0);
+    EXPECT_TRUE(Get<QLineEdit>("filterText").isVisible());
 }
 
 TEST_F(DeskFlow, ChecksOnlyTheKindsThatAreChecked) {
@@ -271,6 +313,7 @@ TEST_F(DeskFlow, SaysWhatIsWrongWithAResultFile) {
     const auto broken = scratch_.Write("broken.xml", "<a><b></a>");
     script_.resultFile = QString::fromStdString(broken.string());
     Click("openResults");
+    ASSERT_TRUE(WaitForEnd());
     ASSERT_EQ(script_.problems.size(), 1);
     EXPECT_TRUE(script_.problems.front().contains("broken.xml"))
         << script_.problems.front().toStdString();
@@ -286,8 +329,8 @@ TEST_F(DeskFlow, AsksForTheModelsOfResultsThatDoNotNameThem) {
     script_.modelsAsked = 0;
     script_.resultFile = script_.saveFile;
     Click("openResults");
-    EXPECT_EQ(script_.modelsAsked, 1);
     ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(script_.modelsAsked, 1);
     EXPECT_EQ(Rows(), found);
     EXPECT_NE(window_->CurrentSession().Workset(), nullptr);
 }
@@ -476,8 +519,11 @@ TEST_F(DeskFlow, ShowsTheSelectedOpeningInTheModel) {
     const auto& root = *window_->View().Diagnostics().Scene().Root().Children().at(0);
     ASSERT_EQ(root.Children().size(), 1U);
     EXPECT_EQ(root.Children()[0]->Primitives().size(), 12U);
+    EXPECT_TRUE(Action("fitClash").isEnabled());
+    EXPECT_FALSE(Action("keepView").isEnabled()) << "a view is kept with a clash";
     Keep("16-opening");
     Get<QTabWidget>("pages").setCurrentIndex(0);
+    EXPECT_FALSE(Action("fitClash").isEnabled());
     EXPECT_TRUE(root.Children().empty()) << "no clash is selected";
 }
 

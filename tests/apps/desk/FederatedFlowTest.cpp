@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The window on a building of real models from several trades. The folder of the models is
 // KYCLASH_MODELS, or "shared/models" beside the source tree; without it the test is skipped.
+#include "KYCollisionBase/platform/widgets/CThreeStateTree.h"
+
 #include <QLabel>
-#include <QListWidget>
 
 #include "DeskFlow.h"
 #include "desk/view/SceneView.h"
@@ -42,7 +43,7 @@ class FederatedFlow : public DeskFlow {
 TEST_F(FederatedFlow, FindsAndShowsClashesBetweenModels) {
     Open(models_);
     EXPECT_EQ(window_->CurrentSession().Models().size(), 2U);
-    EXPECT_GT(Get<QListWidget>("floors").count(), 1);
+    EXPECT_GT(Get<CThreeStateTree>("floors").GetCount(), 1U);
     Check();
     EXPECT_TRUE(script_.problems.isEmpty()) << script_.problems.join('\n').toStdString();
     Keep("13-federated");

@@ -137,6 +137,12 @@ TEST_F(ResultRowsTest, KnowTheRowOfAResult) {
     EXPECT_EQ(rows_.RowOf(items_[0].get()), std::nullopt);
 }
 
+TEST_F(ResultRowsTest, KnowTheRowOfAPairOfComponents) {
+    const desk::PairKey pair = desk::PairOf(*items_[0]);
+    EXPECT_EQ(rows_.RowOf(pair), 2U);
+    EXPECT_EQ(rows_.RowOf(desk::PairKey()), std::nullopt);
+}
+
 TEST_F(ResultRowsTest, OfferTheKindsThatOccur) {
     EXPECT_THAT(rows_.Kinds(), ElementsAre(KindChoice{L"s", L""}, KindChoice{L"s", L"c"},
                                            KindChoice{L"t", L""}, KindChoice{L"t", L"d"}));
