@@ -101,6 +101,10 @@ std::optional<Frame> FrameOfFaces(const Opcode::MeshInterface& mesh) {
     return Frame{*x, Cross(*z, *x), *z};
 }
 
+bool IsAlongAnAxis(const Vector& v) {
+    return (v[0] == 0.0) + (v[1] == 0.0) + (v[2] == 0.0) == 2;
+}
+
 constexpr Frame kWorldAxes = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 }  // namespace
@@ -156,6 +160,7 @@ void MeshBounds::TakeDiagonals(const Opcode::MeshInterface& mesh) {
 
 void MeshBounds::TakeOrientedBox(const Opcode::MeshInterface& mesh, const Frame& frame) {
     axes_ = frame;
+    isAxisParallel_ = std::all_of(frame.begin(), frame.end(), IsAlongAnAxis);
     Vector low = {kInfinity, kInfinity, kInfinity};
     Vector high = {-kInfinity, -kInfinity, -kInfinity};
     for (std::uint32_t i = 0; i < mesh.GetNbVertices(); ++i) {
@@ -178,7 +183,10 @@ void MeshBounds::TakeOrientedBox(const Opcode::MeshInterface& mesh, const Frame&
 }
 
 bool MeshBounds::IsApartFrom(const MeshBounds& other) const {
-    return HasGapAlongDiagonals(other) || HasGapBetweenOrientedBoxes(other);
+    if (HasGapAlongDiagonals(other)) return true;
+    // What the bounding boxes have told already, as for most parts of a building.
+    if (isAxisParallel_ && other.isAxisParallel_) return false;
+    return HasGapBetweenOrientedBoxes(other);
 }
 
 bool MeshBounds::HasGapAlongDiagonals(const MeshBounds& other) const {

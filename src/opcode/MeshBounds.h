@@ -37,6 +37,7 @@ class MeshBounds {
     /// `reach` is the largest magnitude of a coordinate.
     MeshBounds(const Opcode::MeshInterface& mesh, double reach);
 
+    /// For meshes whose bounding boxes meet.
     bool IsApartFrom(const MeshBounds& other) const;
 
   private:
@@ -54,6 +55,7 @@ class MeshBounds {
     std::array<double, kDiagonals> low_;
     std::array<double, kDiagonals> high_;
     Frame axes_;  // orthonormal up to rounding
+    bool isAxisParallel_;
     Vector centre_;
     Vector half_;  // half the extent along each axis
     double margin_;
