@@ -103,8 +103,10 @@ class Halving {
         const Vector origin = hn::Set(Tag(), line.origin);
         const Vector scale = hn::Set(Tag(), line.scale);
         const Vector last = hn::Set(Tag(), static_cast<float>(line.bins - 1));
-        for (auto& set : counts_)
-            std::fill_n(set, line.bins, 0U);
+        for (std::int32_t bin = 0; bin < line.bins; bin += std::int32_t{kLanes}) {
+            hn::StoreU(hn::Zero(whole), whole, countsEven_ + bin);
+            hn::StoreU(hn::Zero(whole), whole, countsOdd_ + bin);
+        }
         std::size_t i = begin;
         for (; i + kLanes <= end; i += kLanes) {
             const Vector middle = hn::LoadU(Tag(), row_[line.axis] + i);
@@ -116,76 +118,101 @@ class Halving {
             bins_[i] =
                 static_cast<std::int32_t>(std::min(place, static_cast<float>(line.bins - 1)));
         }
-        for (i = begin; i < end; ++i)
-            ++counts_[i % kSets][bins_[i]];
+        for (i = begin; i + 1 < end; i += 2) {
+            ++countsEven_[bins_[i]];
+            ++countsOdd_[bins_[i + 1]];
+        }
+        if (i < end) ++countsEven_[bins_[i]];
     }
+
+    /// The bin that the middle of the parts lies in, and how many of it go to the lower one.
+    struct Pivot {
+        std::int32_t bin;
+        std::size_t rest;
+    };
+
+    Pivot FindPivot(std::size_t lower) const {
+        for (Pivot pivot = {0, lower};; ++pivot.bin) {
+            const auto here =
+                static_cast<std::size_t>(countsEven_[pivot.bin] + countsOdd_[pivot.bin]);
+            if (pivot.rest <= here) return pivot;
+            pivot.rest -= here;
+        }
+    }
+
+    /// How far a parting has come.
+    struct Parted {
+        std::size_t done;
+        std::size_t low;
+        std::size_t high;
+    };
 
     /// Brings the `lower` ones that are lowest along the line, as far as bins tell, to the front.
     void Part(std::size_t begin, std::size_t end, std::size_t lower, const Line& line) {
         Count(begin, end, line);
-        std::int32_t pivot = 0;
-        std::size_t rest = lower;  // of the lower half, those that the pivot's bin must give
-        for (;; ++pivot) {
-            std::size_t here = 0;
-            for (const auto& set : counts_)
-                here += set[pivot];
-            if (rest <= here) break;
-            rest -= here;
-        }
-        const hn::RebindToSigned<Tag> whole;
-        const auto pivots = hn::Set(whole, pivot);
-        std::size_t low = begin;
-        std::size_t high = 0;
-        std::size_t i = begin;
-        for (; i + kLanes <= end; i += kLanes) {
-            const auto bins = hn::LoadU(whole, bins_ + i);
-            auto isLow = hn::RebindMask(Tag(), hn::Lt(bins, pivots));
-            const auto atPivot = hn::RebindMask(Tag(), hn::Eq(bins, pivots));
-            const std::size_t countAtPivot = hn::CountTrue(Tag(), atPivot);
-            if (countAtPivot <= rest) {
-                isLow = hn::Or(isLow, atPivot);
-                rest -= countAtPivot;
-            } else if (rest > 0) {
-                isLow = hn::Or(isLow, FirstOf(atPivot, rest));
-                rest = 0;
-            }
-            const FrontMover<Tag> toLow(isLow);
-            const FrontMover<Tag> toHigh(hn::Not(isLow));
-            for (std::size_t k = 0; k < kRows; ++k) {
-                const Vector moved = hn::LoadU(Tag(), row_[k] + i);
-                hn::StoreU(toLow.Moved(moved), Tag(), row_[k] + low);
-                hn::StoreU(toHigh.Moved(moved), Tag(), other_[k] + high);
-            }
-            low += toLow.Count();
-            high += toHigh.Count();
-        }
-        for (; i < end; ++i) {
-            const bool atPivot = bins_[i] == pivot && rest > 0;
-            rest -= atPivot ? 1 : 0;
-            const bool isLow = bins_[i] < pivot || atPivot;
+        Pivot pivot = FindPivot(lower);
+        Parted parted = {begin, begin, 0};
+        PartRegisters(hn::CappedTag<float, 2 * kGroup>(), end, pivot, parted);
+        PartRegisters(Tag(), end, pivot, parted);
+        for (std::size_t i = parted.done; i < end; ++i) {
+            const bool atPivot = bins_[i] == pivot.bin && pivot.rest > 0;
+            pivot.rest -= atPivot ? 1 : 0;
+            const bool isLow = bins_[i] < pivot.bin || atPivot;
             for (std::size_t k = 0; k < kRows; ++k)
-                (isLow ? row_[k][low] : other_[k][high]) = row_[k][i];
-            ++(isLow ? low : high);
+                (isLow ? row_[k][parted.low] : other_[k][parted.high]) = row_[k][i];
+            ++(isLow ? parted.low : parted.high);
         }
+        // In whole registers: only the last part of all does not fill them, and behind it is room.
         for (std::size_t k = 0; k < kRows; ++k)
-            std::copy_n(other_[k], high, row_[k] + low);
+            for (std::size_t i = 0; i < parted.high; i += kLanes)
+                hn::StoreU(hn::LoadU(Tag(), other_[k] + i), Tag(), row_[k] + parted.low + i);
     }
 
-    static hn::Mask<Tag> FirstOf(const hn::Mask<Tag>& mask, std::size_t count) {
-        const unsigned all = Bits(PackMask<float, kLanes>{{mask}});
+    /// Parts as many middles as fill whole registers.
+    template <class D>
+    HWY_INLINE void PartRegisters(D tag, std::size_t end, Pivot& pivot, Parted& parted) {
+        const hn::RebindToSigned<D> whole;
+        const auto pivots = hn::Set(whole, pivot.bin);
+        for (; parted.done + hn::MaxLanes(tag) <= end; parted.done += hn::MaxLanes(tag)) {
+            const auto bins = hn::LoadU(whole, bins_ + parted.done);
+            auto isLow = hn::RebindMask(tag, hn::Lt(bins, pivots));
+            const auto atPivot = hn::RebindMask(tag, hn::Eq(bins, pivots));
+            const std::size_t countAtPivot = hn::CountTrue(tag, atPivot);
+            if (countAtPivot <= pivot.rest) {
+                isLow = hn::Or(isLow, atPivot);
+                pivot.rest -= countAtPivot;
+            } else if (pivot.rest > 0) {
+                isLow = hn::Or(isLow, FirstOf<D>(atPivot, pivot.rest));
+                pivot.rest = 0;
+            }
+            const FrontMover<D> toLow(isLow);
+            const FrontMover<D> toHigh(hn::Not(isLow));
+            for (std::size_t k = 0; k < kRows; ++k) {
+                const auto moved = hn::LoadU(tag, row_[k] + parted.done);
+                hn::StoreU(toLow.Moved(moved), tag, row_[k] + parted.low);
+                hn::StoreU(toHigh.Moved(moved), tag, other_[k] + parted.high);
+            }
+            parted.low += toLow.Count();
+            parted.high += toHigh.Count();
+        }
+    }
+
+    template <class D>
+    static hn::Mask<D> FirstOf(const hn::Mask<D>& mask, std::size_t count) {
+        constexpr std::size_t kCount = hn::MaxLanes(D());
+        const unsigned all = Bits(PackMask<float, kCount>{{mask}});
         unsigned first = 0;
         for (unsigned rest = all; count > 0; --count, rest &= rest - 1)
             first |= rest & (0U - rest);
-        return MaskOf<kLanes>(first).part[0];
+        return MaskOf<kCount>(first).part[0];
     }
-
-    // Neighbours fall into one bin: with two sets of counts, they need not wait for each other.
-    static constexpr std::size_t kSets = 2;
 
     float* row_[kRows];
     float* other_[kRows];
     std::int32_t* bins_;
-    std::uint32_t counts_[kSets][kMostBins];
+    // Neighbours fall into one bin: with two sets of counts, they need not wait for each other.
+    std::int32_t countsEven_[kMostBins];
+    std::int32_t countsOdd_[kMostBins];
 };
 
 void SortAll(Middles& middles) {
