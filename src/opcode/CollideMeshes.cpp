@@ -73,9 +73,11 @@ struct PlacePair {
 /// Memory that all queries of a thread use again.
 struct Scratch {
     std::vector<PlacePair> stack;
-    PairQueue candidates;
+    CandidateList candidates;
     PairQueue touching;
     PairQueue coplanar;
+    PairQueue outermost;
+    UnplacedEnds unplaced;
 };
 
 inline Scratch& ThreadScratch() {
@@ -139,9 +141,11 @@ class Descent {
 
     void Run() {
         std::vector<PlacePair>& stack = scratch_.stack;
-        candidates_.count = 0;
+        candidates_.Clear();
         touching_.count = 0;
         coplanar_.count = 0;
+        outermost_.count = 0;
+        unplaced_.Clear(reach_);
         stack.clear();
         stack.push_back({a_.Root(), b_.Root()});
         while (!stack.empty() && !full_) {
@@ -155,6 +159,7 @@ class Descent {
             DecideTouching();
         while (coplanar_.count != 0 && !full_)
             DecideCoplanar();
+        if (!unplaced_.IsEmpty()) SettleEnds();
     }
 
   private:
@@ -169,6 +174,8 @@ class Descent {
     // Three roundings meet each of three terms on either side, and one the sum with the slack; each
     // is half an ulp (2^-24) of the largest coordinate. The rest is room to spare.
     static constexpr float kPatchSlack = 3 * 10 * 0x1p-24F;
+    // The batches of a small query with pairs that touch: their ends are placed without waiting.
+    static constexpr unsigned kPlacedAtOnce = 2;
 
     HWY_INLINE void Visit(const PlacePair& pair, std::vector<PlacePair>& stack) {
         const EndsOfBox boxA = BoxOf(a_, pair.a);
@@ -203,19 +210,19 @@ class Descent {
         return inside;
     }
 
+    template <class T>
+    static HWY_INLINE void Prefetch(const T& what) {
+        constexpr std::size_t kLine = 64;
+        for (std::size_t i = 0; i < sizeof(T); i += kLine)
+            hwy::Prefetch(reinterpret_cast<const char*>(&what) + i);
+    }
+
     /// Asks for what the visit of a place reads.
     static HWY_INLINE void Prefetch(MeshTree& tree, TreePlace place) {
-        constexpr std::size_t kLine = 64;
-        const char* begin = nullptr;
-        std::size_t size = sizeof(Boxes);
-        if (place.IsLeaf()) {
-            begin = reinterpret_cast<const char*>(&tree.LeafAt(place.index));
-            size = sizeof(Leaf);
-        } else {
-            begin = reinterpret_cast<const char*>(&tree.ChildBoxes(place));
-        }
-        for (std::size_t i = 0; i < size; i += kLine)
-            hwy::Prefetch(begin + i);
+        if (place.IsLeaf())
+            Prefetch(tree.LeafAt(place.index));
+        else
+            Prefetch(tree.ChildBoxes(place));
     }
 
     HWY_INLINE void VisitBlocks(const PlacePair& pair, const EndsOfBox& boxA, const EndsOfBox& boxB,
@@ -224,18 +231,19 @@ class Descent {
         const BoxF8 y = LoadBoxes(b_.ChildBoxes(pair.b));
         const auto columns = Meeting(y, boxA);
         if (!Any(columns)) return;
+        unsigned partners = 0;
         for (unsigned m = Meeting(x, boxB); m != 0; m &= m - 1) {
             const unsigned i = FirstBit(m);
             unsigned k = Bits(columns & Meeting(y, BoxOf(x, i)));
             if (k == 0) continue;
             const TreePlace child = pair.a.Child(i);
             Prefetch(a_, child);
-            for (; k != 0; k &= k - 1) {
-                const TreePlace partner = pair.b.Child(FirstBit(k));
-                Prefetch(b_, partner);
-                stack.push_back({child, partner});
-            }
+            partners |= k;
+            for (; k != 0; k &= k - 1)
+                stack.push_back({child, pair.b.Child(FirstBit(k))});
         }
+        for (; partners != 0; partners &= partners - 1)
+            Prefetch(b_, pair.b.Child(FirstBit(partners)));
     }
 
     HWY_INLINE void VisitLeaves(const Leaf& x, const EndsOfBox& boxX, const Leaf& y,
@@ -285,6 +293,10 @@ class Descent {
         Boxes ends;
         StoreVector(boxesX.low, ends.low);
         StoreVector(boxesX.high, ends.high);
+        if constexpr (kSideOfX == Side::kA)
+            candidates_.StartRun(x, y);
+        else
+            candidates_.StartRun(y, x);
         bool planesPay = reach_ <= kLargestForSingle;
         for (; rows != 0; rows &= rows - 1) {
             const unsigned i = FirstBit(rows);
@@ -302,25 +314,61 @@ class Descent {
                 count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
                 planesPay = count < met || met < kTellingRow;
             }
-            if (count == 0) continue;
-            AddPairs<kSideOfX>(x, i, y, chosen, count, candidates_);
+            AddPairs<kSideOfX>(i, Bits(chosen), candidates_);
             if (candidates_.count >= kBatch) Decide();
             if (full_) return;
         }
     }
 
     HWY_NOINLINE void Decide() {
-        Verdict verdict = {0, 0, candidates_.LiveLanes(kBatch), 0, false};
+        PairQueue& batch = unplaced_.Next();
+        CopyBatch(candidates_, batch);
+        candidates_.DropBatch();
+        Verdict verdict = {0, 0, batch.LiveLanes(kBatch), 0, false};
         if (reach_ <= kLargestForSingle)
-            verdict = TestInSingle(candidates_, wanted_, *query_.region, ends_);
-        for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1)
-            EmitSegment(candidates_, FirstBit(m), verdict);
+            verdict = TestInSingle(batch, wanted_, *query_.region, ends_,
+                                   hitBatches_ >= kPlacedAtOnce && mayWait_ ? &unplaced_ : nullptr);
+        if (verdict.hit != 0) EmitHits(batch, verdict);
         if (verdict.doubt != 0) {
-            MovePairs(candidates_, verdict.doubt, touching_);
+            MovePairs(batch, verdict.doubt, touching_);
             while (touching_.count >= kFineBatch && !full_)
                 DecideTouching();
         }
-        DropBatch<kBatch>(candidates_);
+        if (unplaced_.IsFull()) SettleEnds();
+    }
+
+    /// Places the ends that waited, as far as the region cannot do without them.
+    void SettleEnds() {
+        unplaced_.Settle(*query_.region, [this](const PairQueue& pairs, unsigned lanes) {
+            MovePairs(pairs, lanes, outermost_);
+            if (outermost_.count >= kBatch) PlaceOutermost();
+        });
+        if (outermost_.count != 0) PlaceOutermost();
+    }
+
+    void PlaceOutermost() {
+        TestInSingle(outermost_, wanted_, *query_.region, ends_, nullptr);
+        DropBatch<kBatch>(outermost_);
+    }
+
+    HWY_INLINE void EmitHits(const PairQueue& batch, const Verdict& verdict) {
+        ++hitBatches_;
+        if (!wanted_.forCallback || !verdict.hasPoints) {
+            EmitPairs(batch, verdict.hit);
+            return;
+        }
+        for (unsigned m = verdict.hit; m != 0 && !full_; m &= m - 1)
+            EmitSegment(batch, FirstBit(m), verdict);
+    }
+
+    /// Hands out pairs that touch, as many as are wanted.
+    HWY_INLINE void EmitPairs(const PairQueue& batch, unsigned hits) {
+        std::vector<Opcode::Pair>& pairs = *query_.pairs;
+        const std::size_t before = pairs.size();
+        pairs.resize(before + kBatch);
+        StoreNumbers(batch, hits, pairs.data() + before);
+        pairs.resize(std::min(before + hwy::PopCount(hits), query_.maxPairs));
+        full_ = pairs.size() >= query_.maxPairs;
     }
 
     HWY_NOINLINE void DecideTouching() {
@@ -410,14 +458,18 @@ class Descent {
     MeshTree& b_;
     const Query& query_;
     Scratch& scratch_ = ThreadScratch();
-    PairQueue& candidates_ = scratch_.candidates;
+    CandidateList& candidates_ = scratch_.candidates;
     PairQueue& touching_ = scratch_.touching;
     PairQueue& coplanar_ = scratch_.coplanar;
+    PairQueue& outermost_ = scratch_.outermost;
+    UnplacedEnds& unplaced_ = scratch_.unplaced;
     const float reach_;
     const float patchSlack_ = kPatchSlack * reach_;
     const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    unsigned hitBatches_ = 0;
     bool full_ = false;
     const EndsWanted wanted_;
+    const bool mayWait_ = wanted_.forRegion && !wanted_.forCallback && !wanted_.onlyToGrowRegion;
 };
 
 void Descend(MeshTree& a, MeshTree& b, const Query& query) {

@@ -13,6 +13,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include <hwy/highway.h>
 
@@ -124,8 +125,8 @@ HWY_INLINE unsigned Bits(const PackMask<T, N>& m) {
         // The store may write eight bytes where there are one or two.
         std::uint8_t bytes[8] = {};
         hn::StoreMaskBits(tag, m.part[i], bytes);
-        const unsigned part = static_cast<unsigned>(bytes[0]) | static_cast<unsigned>(bytes[1])
-                                                                    << 8U;
+        std::uint16_t part;
+        std::memcpy(&part, bytes, sizeof(part));
         bits |= (part & kPartBits) << (i * Pack<T, N>::kLanes);
     }
     return bits;
@@ -257,6 +258,84 @@ class ChosenStore {
     Mover mover_[kParts];
 };
 
+/// Writes the chosen lanes of two packs alternately; what follows them, up to as many places as all
+/// lanes take, may be overwritten.
+template <std::size_t N>
+HWY_INLINE void StoreChosenByTwos(const PackMask<float, N>& chosen, const Pack<float, N>& a,
+                                  const Pack<float, N>& b, float* to) {
+    using Tag = typename Pack<float, N>::Tag;
+    for (std::size_t i = 0; i < a.kParts; ++i) {
+        const FrontMover<Tag> mover(chosen.part[i]);
+        hn::StoreInterleaved2(mover.Moved(a.part[i]), mover.Moved(b.part[i]), Tag(), to);
+        to += 2 * mover.Count();
+    }
+}
+
+/// Lanes that follow one another.
+template <std::size_t N>
+struct LaneRange {
+    HWY_INLINE LaneRange(unsigned from, unsigned to)
+        : begin(from), end(to), before(MaskOf<N>((1U << from) - 1)) {}
+
+    unsigned begin;
+    unsigned end;
+    PackMask<float, N> before;
+};
+
+/// Takes values from rows of eight by their places there, one for each lane, and writes them side
+/// by side. Places for lanes that are of no interest must be such too.
+template <std::size_t N, bool kRowFitsRegister = (Pack<float, N>::kLanes >= 8)>
+class LanePicker {
+  public:
+    explicit HWY_INLINE LanePicker(const std::uint8_t* places) {
+        const hn::RebindToSigned<Tag> whole;
+        const hn::Rebind<std::uint8_t, Tag> narrow;
+        for (std::size_t i = 0; i < kParts; ++i) {
+            const auto place = hn::LoadU(narrow, places + i * kLanes);
+            place_[i] = hn::IndicesFromVec(Tag(), hn::PromoteTo(whole, place));
+        }
+    }
+    /// Writes the lanes of a range, and anything behind them; `row` and `to` are aligned to a
+    /// register.
+    HWY_INLINE void Store(const float* row, const LaneRange<N>& range, float* to) const {
+        const auto values = LoadRow(row);
+        for (std::size_t i = 0; i < kParts; ++i) {
+            float* part = to + i * kLanes;
+            const auto picked = hn::TableLookupLanes(values, place_[i]);
+            const auto before = hn::Load(Tag(), part);
+            hn::Store(hn::IfThenElse(range.before.part[i], before, picked), Tag(), part);
+        }
+    }
+
+  private:
+    using Tag = typename Pack<float, N>::Tag;
+    static constexpr std::size_t kLanes = Pack<float, N>::kLanes;
+    static constexpr std::size_t kParts = Pack<float, N>::kParts;
+
+    static HWY_INLINE hn::Vec<Tag> LoadRow(const float* row) {
+        if constexpr (kLanes == 8) return hn::Load(Tag(), row);
+#if HWY_TARGET != HWY_SCALAR
+        else
+            return hn::ZeroExtendVector(Tag(), hn::Load(hn::Half<Tag>(), row));
+#endif
+    }
+
+    decltype(hn::IndicesFromVec(Tag(), hn::Zero(hn::RebindToSigned<Tag>()))) place_[kParts];
+};
+
+template <std::size_t N>
+class LanePicker<N, false> {
+  public:
+    explicit HWY_INLINE LanePicker(const std::uint8_t* places) : places_(places) {}
+    HWY_INLINE void Store(const float* row, const LaneRange<N>& range, float* to) const {
+        for (unsigned i = range.begin; i < range.end; ++i)
+            to[i] = row[places_[i]];
+    }
+
+  private:
+    const std::uint8_t* places_;
+};
+
 /// To memory wherever.
 template <typename T, std::size_t N>
 HWY_INLINE void StoreAnywhere(const Pack<T, N>& a, T* to) {
@@ -279,6 +358,16 @@ using D16x3 = Vector3<D16>;
 template <class P>
 HWY_INLINE Vector3<P> operator-(const Vector3<P>& a, const Vector3<P>& b) {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+template <class P>
+HWY_INLINE Vector3<P> operator+(const Vector3<P>& v, const P& all) {
+    return {v.x + all, v.y + all, v.z + all};
+}
+
+template <class P>
+HWY_INLINE Vector3<P> operator-(const Vector3<P>& v, const P& all) {
+    return {v.x - all, v.y - all, v.z - all};
 }
 
 template <class P>

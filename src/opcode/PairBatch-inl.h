@@ -12,10 +12,16 @@
 #define KYCB_OPCODE_PAIR_BATCH_INL_H_
 #endif
 
+#include "KYCollisionBase/opcode/Pair.h"
+
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <limits>
 
 #include <hwy/highway.h>
 
+#include "opcode/ChosenLanes.h"
 #include "opcode/FillLeaf-inl.h"
 #include "opcode/Lanes-inl.h"
 #include "opcode/PairQueue.h"
@@ -34,31 +40,36 @@ HWY_INLINE TriangleLanes<Pack<float, N>> LoadTriangle(const QueueRows& rows) {
     return t;
 }
 
-/// Adds the pairs of one triangle of `x` with the chosen ones of `y`.
-template <Side kSideOfX>
-HWY_INLINE void AddPairs(const Leaf& x, std::size_t i, const Leaf& y,
-                         const PackMask<float, 8>& chosen, unsigned count, PairQueue& queue) {
-    QueueRows& one = kSideOfX == Side::kA ? queue.a : queue.b;
-    QueueRows& many = kSideOfX == Side::kA ? queue.b : queue.a;
-    const std::size_t end = queue.count;
+/// Adds the pairs of one triangle with some of another leaf, one bit each.
+template <Side kSideOfOne>
+HWY_INLINE void AddPairs(unsigned one, unsigned others, CandidateList& list) {
+    std::uint8_t* ones = kSideOfOne == Side::kA ? list.inA : list.inB;
+    std::uint8_t* many = kSideOfOne == Side::kA ? list.inB : list.inA;
+    std::memset(ones + list.count, static_cast<int>(one), kWidth);
+    std::memcpy(many + list.count, kChosenLanes<kWidth>.lane[others], kWidth);
+    list.count += static_cast<unsigned>(hwy::PopCount(others));
+}
+
+HWY_INLINE void CopyTriangles(const Leaf& leaf, const LanePicker<kBatch>& picker,
+                              const LaneRange<kBatch>& range, QueueRows& rows) {
     for (std::size_t k = 0; k < 3; ++k)
         for (std::size_t axis = 0; axis < 3; ++axis)
-            StoreAnywhere(Broadcast<kWidth>(x.vertex[k][axis][i]), one.vertex[k][axis] + end);
-    StoreAnywhere(Broadcast<kWidth>(x.id[i]), one.id + end);
-    if (count == kWidth) {
-        // The wall that a pipe passes through: nothing to move together.
-        for (std::size_t k = 0; k < 3; ++k)
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                StoreAnywhere(Load<kWidth>(y.vertex[k][axis]), many.vertex[k][axis] + end);
-        StoreAnywhere(Load<kWidth>(y.id), many.id + end);
-    } else {
-        const ChosenStore<kWidth> store(chosen);
-        for (std::size_t k = 0; k < 3; ++k)
-            for (std::size_t axis = 0; axis < 3; ++axis)
-                store.Store(Load<kWidth>(y.vertex[k][axis]), many.vertex[k][axis] + end);
-        store.Store(Load<kWidth>(y.id), many.id + end);
+            picker.Store(leaf.vertex[k][axis], range, rows.vertex[k][axis]);
+    picker.Store(leaf.id, range, rows.id);
+}
+
+/// Brings the triangles of the first batch of pairs together.
+HWY_INLINE void CopyBatch(const CandidateList& list, PairQueue& batch) {
+    batch.count = std::min<unsigned>(list.count, kBatch);
+    const LanePicker<kBatch> inA(list.inA);
+    const LanePicker<kBatch> inB(list.inB);
+    for (unsigned i = 0; i < list.runCount; ++i) {
+        const auto& run = list.runs[i];
+        const unsigned end = i + 1 < list.runCount ? list.runs[i + 1].begin : batch.count;
+        const LaneRange<kBatch> range(run.begin, end);
+        CopyTriangles(*run.a, inA, range, batch.a);
+        CopyTriangles(*run.b, inB, range, batch.b);
     }
-    queue.count += count;
 }
 
 HWY_INLINE void MoveRows(const QueueRows& from, const ChosenStore<kBatch>& store, std::size_t end,
@@ -70,19 +81,27 @@ HWY_INLINE void MoveRows(const QueueRows& from, const ChosenStore<kBatch>& store
 }
 
 /// Adds the chosen ones (one bit each) of the first batch of pairs to another queue.
-inline void MovePairs(const PairQueue& from, unsigned chosen, PairQueue& to) {
+inline HWY_NOINLINE void MovePairs(const PairQueue& from, unsigned chosen, PairQueue& to) {
     const ChosenStore<kBatch> store(MaskOf<kBatch>(chosen));
     MoveRows(from.a, store, to.count, to.a);
     MoveRows(from.b, store, to.count, to.b);
     to.count += static_cast<unsigned>(hwy::PopCount(chosen));
 }
 
-HWY_INLINE void DropRows(QueueRows& rows, std::size_t dropped) {
-    for (std::size_t i = 0; i < kBatch; i += kWidth) {
+/// Writes the numbers of the chosen pairs of a batch. There must be place for a batch.
+HWY_INLINE void StoreNumbers(const PairQueue& batch, unsigned chosen, Opcode::Pair* to) {
+    static_assert(sizeof(Opcode::Pair) == 2 * sizeof(float));
+    StoreChosenByTwos(MaskOf<kBatch>(chosen), Load<kBatch>(batch.a.id), Load<kBatch>(batch.b.id),
+                      reinterpret_cast<float*>(to));
+}
+
+template <std::size_t kDropped>
+HWY_INLINE void DropRows(QueueRows& rows) {
+    for (std::size_t i = 0; i < kBatch; i += kDropped) {
         for (auto& vertex : rows.vertex)
             for (auto& row : vertex)
-                Store(Load<kWidth>(row + dropped + i), row + i);
-        Store(Load<kWidth>(rows.id + dropped + i), rows.id + i);
+                Store(Load<kDropped>(row + kDropped + i), row + i);
+        Store(Load<kDropped>(rows.id + kDropped + i), rows.id + i);
     }
 }
 
@@ -90,8 +109,8 @@ HWY_INLINE void DropRows(QueueRows& rows, std::size_t dropped) {
 template <std::size_t N>
 HWY_INLINE void DropBatch(PairQueue& queue) {
     if (queue.count > N) {
-        DropRows(queue.a, N);
-        DropRows(queue.b, N);
+        DropRows<N>(queue.a);
+        DropRows<N>(queue.b);
     }
     queue.count -= std::min<unsigned>(queue.count, N);
 }
@@ -135,6 +154,12 @@ HWY_INLINE BoxLanes<P> CommonBox(const BoxLanes<P>& a, const BoxLanes<P>& b) {
 template <class P>
 HWY_INLINE Vector3<P> ClampedTo(const BoxLanes<P>& box, const Vector3<P>& v) {
     return Least(Most(v, box.low), box.high);
+}
+
+template <class P>
+HWY_INLINE P LongestSide(const BoxLanes<P>& box) {
+    const Vector3<P> sides = box.high - box.low;
+    return Most(Most(sides.x, sides.y), sides.z);
 }
 
 /// Whether boxes reach out of a region, in each lane.
@@ -185,6 +210,19 @@ HWY_INLINE T TurnedTo(const T& t, const M& isSecond, const M& isThird) {
              Choose(isThird, t.v[1], Choose(isSecond, t.v[0], t.v[2]))}};
 }
 
+/// One value for each corner.
+struct CornerF16 {
+    F16 v[3];
+};
+
+/// A triangle turned to its lone vertex, and on which side of the other's plane its corners lie,
+/// give or take `tolerance`.
+struct SidedTriangle {
+    TriangleF16 t;
+    CornerF16 side;
+    F16 tolerance;
+};
+
 /// Volumes of an edge of a with an edge of b, both from the lone vertices: they order the crossings
 /// along the common line.
 template <class P>
@@ -205,6 +243,7 @@ HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, cons
 struct EndChoice {
     PackMask<float, kBatch> onB;
     F16x3 to;
+    F16 toSide;  // of `to`, of the other triangle's plane
 };
 
 /// Where the chosen edges pass the plane of the other triangle: placed in double precision, and
@@ -247,15 +286,128 @@ HWY_INLINE void DeliverEnds(const PackMask<float, N>& hit,
     }
 }
 
+/// Between which values the ends of pairs lie.
+struct EndBounds {
+    BoxF16 outer;  // the box of both ends lies in this
+    BoxF16 inner;  // and reaches these
+};
+
+/// An end in single precision, give or take `error` along each axis.
+struct RoughEnd {
+    F16x3 at;
+    F16 error;
+};
+
+/// `span` is no less than the edge is long along each axis. Both sides are larger than their
+/// tolerance; where their difference is not much larger, the error exceeds the edge.
+HWY_INLINE RoughEnd FindRoughEnd(const EndChoice& end, const SidedTriangle& a,
+                                 const SidedTriangle& b, const F16& span, const F16& rounding) {
+    const F16x3 from = Choose(end.onB, b.t.v[0], a.t.v[0]);
+    const F16 fromSide = Magnitude(Choose(end.onB, b.side.v[0], a.side.v[0]));
+    const F16 tolerance = Choose(end.onB, b.tolerance, a.tolerance);
+    const F16 apart = fromSide + Magnitude(end.toSide);
+    const F16 scale = Broadcast<kBatch>(1.0F) / Most(apart - (tolerance + tolerance), tolerance);
+    const F16 t = fromSide * scale;
+    const F16x3 edge = end.to - from;
+    // Off by three times the tolerance; the fourth is for rounding.
+    const F16 error = span * (tolerance * scale * Broadcast<kBatch>(4.0F)) + rounding;
+    return {{from.x + t * edge.x, from.y + t * edge.y, from.z + t * edge.z}, error};
+}
+
+HWY_INLINE EndBounds BoundsOf(const RoughEnd& x, const RoughEnd& y, const BoxF16& common) {
+    const F16 error = Most(x.error, y.error);
+    const F16x3 low = Least(x.at, y.at);
+    const F16x3 high = Most(x.at, y.at);
+    return {{ClampedTo(common, low - error), ClampedTo(common, high + error)},
+            {ClampedTo(common, low + error), ClampedTo(common, high - error)}};
+}
+
+/// Batches of pairs that touch, whose ends may enlarge the region. Most of them do not once it has
+/// grown by the others. So single precision first says how far it grows at least; only pairs that
+/// may reach out of that are worth double precision.
+class UnplacedEnds {
+  public:
+    /// Forgets all. Coordinates are no larger than `reach`.
+    void Clear(float reach) {
+        count_ = 0;
+        // Each end is the result of ten roundings at most, each of half an ulp (2^-24) of the
+        // largest coordinate. The rest is room to spare.
+        rounding_ = reach * 0x1p-20F;
+    }
+    bool IsFull() const { return count_ == kMost; }
+    bool IsEmpty() const { return count_ == 0; }
+    float Rounding() const { return rounding_; }
+    /// Where the next batch is to be made.
+    PairQueue& Next() { return batches_[count_].pairs; }
+
+    /// Keeps the next batch, in which the ends of these pairs may enlarge the region.
+    HWY_INLINE void Add(unsigned lanes, const EndBounds& ends) {
+        if (IsEmpty()) {
+            const F16 most = Broadcast<kBatch>(std::numeric_limits<float>::max());
+            StoreBox({{most, most, most}, {-most, -most, -most}}, surely_);
+        }
+        Batch& batch = batches_[count_++];
+        batch.lanes = lanes;
+        StoreBox(ends.outer, batch.outer);
+        const auto chosen = MaskOf<kBatch>(lanes);
+        const BoxF16 before = LoadBox(surely_);
+        StoreBox({Choose(chosen, Least(before.low, ends.inner.low), before.low),
+                  Choose(chosen, Most(before.high, ends.inner.high), before.high)},
+                 surely_);
+    }
+
+    /// Grows the region by what is sure, and moves the pairs that may enlarge it further. Forgets
+    /// the others.
+    template <class Move>
+    void Settle(Box& region, const Move& move) {
+        const BoxF16 surely = LoadBox(surely_);
+        Include(MaskOf<kBatch>((1U << kBatch) - 1), surely.low, surely.high, region);
+        for (unsigned i = 0; i < count_; ++i) {
+            const Batch& batch = batches_[i];
+            const unsigned lanes = batch.lanes & Bits(ReachesOut(LoadBox(batch.outer), region));
+            if (lanes != 0) move(batch.pairs, lanes);
+        }
+        count_ = 0;
+    }
+
+  private:
+    static constexpr unsigned kMost = 16;
+
+    struct alignas(64) BoxRows {
+        float low[3][kBatch];
+        float high[3][kBatch];
+    };
+    struct Batch {
+        PairQueue pairs;
+        unsigned lanes;
+        BoxRows outer;
+    };
+
+    static HWY_INLINE BoxF16 LoadBox(const BoxRows& rows) {
+        return {LoadVector(rows.low), LoadVector(rows.high)};
+    }
+    static HWY_INLINE void StoreBox(const BoxF16& box, BoxRows& rows) {
+        StoreVector(box.low, rows.low);
+        StoreVector(box.high, rows.high);
+    }
+
+    // One more than can wait: the next.
+    Batch batches_[kMost + 1];
+    BoxRows surely_;
+    float rounding_ = 0.0F;
+    unsigned count_ = 0;
+};
+
 HWY_INLINE F16 LeastMagnitude(const F16 (&d)[3]) {
     return Least(Magnitude(d[0]), Least(Magnitude(d[1]), Magnitude(d[2])));
 }
 
 /// The test in single precision of the first batch of pairs. Coordinates must be small enough for
 /// products of three, and the boxes of the triangles of each pair must meet. Points that the region
-/// cannot do without go there; all ends go to `ends` when a callback wants them.
-inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Box& region,
-                            SegmentEnds& ends) {
+/// cannot do without go there, or the batch, which must be the next one of `unplaced` unless that
+/// is null, waits there; all ends go to `ends` when a callback wants them.
+inline HWY_NOINLINE Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted,
+                                         Box& region, SegmentEnds& ends, UnplacedEnds* unplaced) {
     const unsigned live = queue.LiveLanes(kBatch);
     const TriangleF16 a = LoadTriangle<kBatch>(queue.a);
     const TriangleF16 b = LoadTriangle<kBatch>(queue.b);
@@ -270,8 +422,8 @@ inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Bo
                           Dot(normalB, a.v[2] - b.v[0])};
     const BoxF16 boxA = BoxOf(a);
     const BoxF16 boxB = BoxOf(b);
-    const F16 extentA = Norm(boxA.high - boxA.low);
-    const F16 extentB = Norm(boxB.high - boxB.low);
+    const F16 extentA = LongestSide(boxA);
+    const F16 extentB = LongestSide(boxB);
     // Boxes that meet hold no two points further apart than this along an axis.
     const F16 span = extentA + extentB;
     const F16 toleranceB = VolumeTolerance(Norm(edgesA[0]) * Norm(edgesA[1]), span);
@@ -288,12 +440,16 @@ inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Bo
     const auto isSecondA = ((sideA[0] > zero) ^ (sideA[2] < zero));
     const auto isThirdB = ((sideB[0] > zero) ^ (sideB[1] < zero));
     const auto isSecondB = ((sideB[0] > zero) ^ (sideB[2] < zero));
-    const TriangleF16 p = TurnedTo(a, isSecondA, isThirdA);
-    const TriangleF16 q = TurnedTo(b, isSecondB, isThirdB);
-    const auto loneBelowB =
-        Choose(isThirdA, sideA[2], Choose(isSecondA, sideA[1], sideA[0])) < zero;
-    const auto loneBelowA =
-        Choose(isThirdB, sideB[2], Choose(isSecondB, sideB[1], sideB[0])) < zero;
+    const SidedTriangle turnedA = {
+        TurnedTo(a, isSecondA, isThirdA),
+        TurnedTo(CornerF16{{sideA[0], sideA[1], sideA[2]}}, isSecondA, isThirdA), toleranceA};
+    const SidedTriangle turnedB = {
+        TurnedTo(b, isSecondB, isThirdB),
+        TurnedTo(CornerF16{{sideB[0], sideB[1], sideB[2]}}, isSecondB, isThirdB), toleranceB};
+    const TriangleF16& p = turnedA.t;
+    const TriangleF16& q = turnedB.t;
+    const auto loneBelowB = turnedA.side.v[0] < zero;
+    const auto loneBelowA = turnedB.side.v[0] < zero;
 
     const F16x3 v1 = q.v[1] - q.v[0];
     const F16x3 v2 = q.v[2] - q.v[0];
@@ -312,16 +468,30 @@ inline Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted, Bo
         const BoxF16 common = CommonBox(boxA, boxB);
         hasPoints = wanted.Needs((hit & Bits(ReachesOut(common, region))) != 0);
         if (hasPoints) {
-            const auto startOnB = o.o21 >= zero;
-            const auto endOnB = o.o12 < zero;
-            const EndChoice choice[2] = {
-                {startOnB, Choose(startOnB, Choose(loneBelowB, q.v[2], q.v[1]),
-                                  Choose(loneBelowA, p.v[1], p.v[2]))},
-                {endOnB, Choose(endOnB, Choose(loneBelowB, q.v[1], q.v[2]),
-                                Choose(loneBelowA, p.v[2], p.v[1]))}};
-            F16x3 placed[2];
-            PlaceEnds(p, q, choice, common, placed);
-            DeliverEnds(MaskOf<kBatch>(hit), placed, wanted, region, ends);
+            // The edges that bound the common segment, by the corner that they lead to.
+            const auto choose = [&](const PackMask<float, kBatch>& onB, std::size_t k) {
+                const std::size_t other = 3 - k;
+                return EndChoice{
+                    onB,
+                    Choose(onB, Choose(loneBelowB, q.v[k], q.v[other]),
+                           Choose(loneBelowA, p.v[other], p.v[k])),
+                    Choose(onB, Choose(loneBelowB, turnedB.side.v[k], turnedB.side.v[other]),
+                           Choose(loneBelowA, turnedA.side.v[other], turnedA.side.v[k]))};
+            };
+            const EndChoice choice[2] = {choose(o.o21 >= zero, 2), choose(o.o12 < zero, 1)};
+            if (unplaced != nullptr) {
+                const F16 rounding = Broadcast<kBatch>(unplaced->Rounding());
+                const EndBounds bounds =
+                    BoundsOf(FindRoughEnd(choice[0], turnedA, turnedB, span, rounding),
+                             FindRoughEnd(choice[1], turnedA, turnedB, span, rounding), common);
+                const unsigned lanes = hit & Bits(ReachesOut(bounds.outer, region));
+                if (lanes != 0) unplaced->Add(lanes, bounds);
+                hasPoints = false;
+            } else {
+                F16x3 placed[2];
+                PlaceEnds(p, q, choice, common, placed);
+                DeliverEnds(MaskOf<kBatch>(hit), placed, wanted, region, ends);
+            }
         }
     }
     return {hit, 0, close & ~hit & ~passing, 0, hasPoints};

@@ -54,4 +54,41 @@ struct PairQueue {
     }
 };
 
+/// Pairs of triangles that wait for a batch to fill, by their places in leaves.
+struct CandidateList {
+    // Nearly a batch, and one triangle with all of a leaf.
+    static constexpr std::size_t kCapacity = kBatch + kWidth;
+
+    /// Pairs from the same two leaves: up to where the next ones begin.
+    struct Run {
+        const Leaf* a;
+        const Leaf* b;
+        unsigned begin;
+    };
+
+    std::uint8_t inA[kCapacity] = {};
+    std::uint8_t inB[kCapacity] = {};
+    Run runs[kCapacity];
+    unsigned runCount = 0;
+    unsigned count = 0;
+
+    void Clear() { runCount = count = 0; }
+
+    /// Pairs added from now on are of these leaves.
+    void StartRun(const Leaf& a, const Leaf& b) {
+        const bool isLastEmpty = runCount > 0 && runs[runCount - 1].begin == count;
+        runCount += isLastEmpty ? 0 : 1;
+        runs[runCount - 1] = {&a, &b, count};
+    }
+    /// Forgets the first batch of pairs. What is left is of the last run.
+    void DropBatch() {
+        std::memcpy(inA, inA + kBatch, kWidth);
+        std::memcpy(inB, inB + kBatch, kWidth);
+        count -= std::min<unsigned>(count, kBatch);
+        runs[0] = runs[runCount - 1];
+        runs[0].begin = 0;
+        runCount = 1;
+    }
+};
+
 }  // namespace kycb::opcode

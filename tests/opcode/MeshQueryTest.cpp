@@ -429,6 +429,43 @@ TEST(MeshQuery, KeepsTheBoxOfAllContactPointsAsItsRegion) {
     }
 }
 
+// Without a callback, most contact points need not be placed.
+TEST(MeshQuery, KeepsTheSameRegionAndPairsWithoutACallbackOnEveryInstructionSet) {
+    for (const MeshPair& pair : AllMeshPairs()) {
+        const BuiltMesh a(pair.a);
+        const BuiltMesh b(pair.b);
+        const QueryResult expected = Query(a, b);
+        Opcode::BVTCache cache;
+        cache.Model0 = &a.Model();
+        cache.Model1 = &b.Model();
+        Opcode::AABBTreeCollider collider;
+        collider.SetContactRegion(Opcode::ContactRegion::kKept);
+        for (const std::int64_t target : Targets()) {
+            const OnlyTarget only(target);
+            ASSERT_TRUE(collider.Collide(cache));
+            PairList pairs;
+            for (std::uint32_t i = 0; i < collider.GetNbPairs(); ++i)
+                pairs.emplace_back(collider.GetPairs()[i].id0, collider.GetPairs()[i].id1);
+            EXPECT_EQ(pairs, expected.pairs) << pair.name << " on " << target;
+            ExpectSame(RegionOf(collider), BoxOfPoints(expected.points), pair.name);
+        }
+    }
+}
+
+TEST(MeshQuery, GivesAsManyPairsAsAreAskedFor) {
+    const BuiltMesh a(Sphere({0, 0, 0}, 1, 14));
+    const BuiltMesh b(Sphere({1, 0, 0}, 1, 14));
+    const PairList all = Query(a, b).pairs;
+    ASSERT_GT(all.size(), 40U);
+    for (std::uint32_t count = 1; count < 40; ++count) {
+        Opcode::AABBTreeCollider collider;
+        collider.SetMaxNbPairs(count);
+        const PairList some = Query(collider, a, b).pairs;
+        const auto end = all.begin() + static_cast<std::ptrdiff_t>(count);
+        EXPECT_EQ(some, PairList(all.begin(), end));
+    }
+}
+
 TEST(MeshQuery, KeepsNoRegionUnlessAskedTo) {
     const BuiltMesh box(MakeBox({0, 0, 0}, {1, 1, 1}));
     Opcode::AABBTreeCollider collider;
