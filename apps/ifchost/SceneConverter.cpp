@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "ConverterProcess.h"
+#include "InstalledData.h"
 #include "PackageCache.h"
 #include "ScenePackage.h"
 #include "Sha256.h"
@@ -47,7 +48,9 @@ fs::path DefaultNode() {
 
 fs::path DefaultConverterDir() {
     const fs::path named = FromEnvironment("KYCLASH_CONVERTER_DIR");
-    return named.empty() ? fs::path(IFCHOST_CONVERTER_DIR) : named;
+    if (!named.empty()) return named;
+    const auto installed = InstalledDataFolder();
+    return installed ? *installed / "converter" : fs::path(IFCHOST_CONVERTER_DIR);
 }
 
 std::string InstallCommand(const fs::path& converterDir) {

@@ -11,10 +11,8 @@
 #include <set>
 #include <system_error>
 
-#define BOOST_DLL_USE_STD_FS
-#include <boost/dll/runtime_symbol_info.hpp>
-
 #include "ifchost/HostText.h"
+#include "ifchost/InstalledData.h"
 #include "ifchost/PackageCache.h"
 
 namespace kyclash {
@@ -55,11 +53,7 @@ bool HasCategories() {
 }  // namespace
 
 fs::path ShippedDataFolder() {
-    std::error_code unknown;
-    const fs::path program = boost::dll::program_location(unknown);
-    const fs::path installed = program.parent_path().parent_path() / "share" / "kyclash";
-    if (!unknown && IsFile(installed / "system-root" / kTreeFile)) return installed;
-    return KYCLASH_DATA_DIR;
+    return ifchost::InstalledDataFolder().value_or(KYCLASH_DATA_DIR);
 }
 
 fs::path DefaultRulesFile() {
