@@ -205,7 +205,8 @@ NeighbourJoin::Lists NeighbourJoin::HandOut() {
         next_[member] = total;
         total += mutual_[member] + sees_[member];
     }
-    Lists lists = std::make_unique_for_overwrite<ObjectModelInfo*[]>(total);
+    // With room for one where there are no neighbours: an array of none has no first place.
+    Lists lists = std::make_unique_for_overwrite<ObjectModelInfo*[]>(std::max(total, 1U));
     for (std::uint32_t member = firstOwn_; member < endOwn_; ++member) {
         hwy::Prefetch(&members_[std::min(member + kAhead, endOwn_ - 1)]->object->boxRelatedObjs_);
         members_[member]->object->ShowNeighbours(

@@ -133,8 +133,8 @@ class Halving {
 
     Pivot FindPivot(std::size_t lower) const {
         for (Pivot pivot = {0, lower};; ++pivot.bin) {
-            const auto here =
-                static_cast<std::size_t>(countsEven_[pivot.bin] + countsOdd_[pivot.bin]);
+            const auto here = static_cast<std::size_t>(countsEven_[pivot.bin]) +
+                              static_cast<std::size_t>(countsOdd_[pivot.bin]);
             if (pivot.rest <= here) return pivot;
             pivot.rest -= here;
         }
