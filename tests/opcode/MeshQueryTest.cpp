@@ -71,7 +71,11 @@ MeshData GridBoxes(Random& random, int count) {
     MeshData mesh;
     for (int i = 0; i < count; ++i) {
         const auto place = [&] { return static_cast<float>(random.Below(6)); };
-        const Point low(place(), place(), place());
+        // One draw at a time: compilers order the arguments of a call as they like.
+        const float z = place();
+        const float y = place();
+        const float x = place();
+        const Point low(x, y, z);
         const MeshData box =
             MakeBox(low, {low.x + 1 + static_cast<float>(random.Below(3)), low.y + 1, low.z + 1});
         for (std::size_t t = 0; t < box.triangles.size(); ++t) {
