@@ -3,7 +3,6 @@
 #pragma once
 
 #include <filesystem>
-#include <regex>
 #include <string>
 #include <vector>
 
@@ -51,10 +50,26 @@ inline CommandOutcome RunShell(const std::string& arguments) {
     return RunProgram("/bin/sh", {"-c", "exec '" KYCLASH_PROGRAM "' " + arguments});
 }
 
+constexpr std::size_t kResultIdSize = 32;
+
+/// Whether the id of a result stands there: hexadecimal digits, of which those from the thirteenth
+/// to the sixteenth are in lower case.
+inline bool IsResultIdAt(const std::string& text, std::size_t at) {
+    if (text.size() - at < kResultIdSize) return false;
+    for (std::size_t i = 0; i < kResultIdSize; ++i) {
+        const char c = text[at + i];
+        const char firstLetter = i >= 12 && i < 16 ? 'a' : 'A';
+        if (!(c >= '0' && c <= '9') && !(c >= firstLetter && c <= firstLetter + 5)) return false;
+    }
+    return true;
+}
+
 /// A result file's text with zeros for the ids of its results, which differ from run to run.
-inline std::string WithoutIds(const std::string& text) {
-    static const std::regex id("[0-9A-F]{12}[0-9a-f]{4}[0-9A-F]{16}");
-    return std::regex_replace(text, id, std::string(32, '0'));
+inline std::string WithoutIds(std::string text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (IsResultIdAt(text, at)) text.replace(at, kResultIdSize, kResultIdSize, '0');
+    }
+    return text;
 }
 
 inline std::string SourcePath(const std::string& relative) {
