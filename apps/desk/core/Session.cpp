@@ -173,7 +173,7 @@ void Session::RequestStop() {
 }
 
 std::optional<ActivityOutcome> Session::Poll() {
-    if (activity_ == Activity::kIdle || !task_.IsDone()) return std::nullopt;
+    if (!HasOutcome()) return std::nullopt;
     ActivityOutcome outcome;
     outcome.activity = std::exchange(activity_, Activity::kIdle);
     const auto opened = std::move(opened_);

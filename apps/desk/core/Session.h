@@ -89,6 +89,8 @@ class Session {
     TaskProgress Progress() const;
     /// Asks the activity to end soon; Poll tells when it has.
     void RequestStop();
+    /// Whether the activity has ended, so that Poll has its outcome.
+    bool HasOutcome() const { return activity_ != Activity::kIdle && task_.IsDone(); }
     /// The outcome of the activity, once, when it has ended.
     std::optional<ActivityOutcome> Poll();
 

@@ -219,6 +219,7 @@ bool MainWindow::SaveAs() {
 }
 
 bool MainWindow::SaveTo(const std::filesystem::path& file) {
+    results_->FinishEditing();
     std::string error;
     const bool saved = session_.SaveResults(file, error);
     if (saved) {
@@ -231,6 +232,7 @@ bool MainWindow::SaveTo(const std::filesystem::path& file) {
 }
 
 bool MainWindow::MayDropResults() {
+    results_->FinishEditing();
     if (!session_.IsModified()) return true;
     switch (prompts_->AskUnsaved(this)) {
         case UnsavedAnswer::kSave:
@@ -241,6 +243,12 @@ bool MainWindow::MayDropResults() {
             return false;
     }
     return false;
+}
+
+bool MainWindow::AreResultsLeaving() const {
+    const Activity activity = session_.CurrentActivity();
+    return activity == Activity::kReadingResults ||
+           (activity == Activity::kOpening && openedFor_ == OpenedFor::kNewWork);
 }
 
 void MainWindow::StartCheck() {
@@ -262,6 +270,8 @@ void MainWindow::WatchActivity() {
 }
 
 void MainWindow::PollSession() {
+    // The outcome may replace the clash whose remark is being typed.
+    if (session_.HasOutcome()) results_->FinishEditing();
     const auto outcome = session_.Poll();
     if (!outcome) {
         status_->ShowProgress(session_.Progress());
@@ -369,6 +379,9 @@ void MainWindow::UpdateActions() {
     run_->setEnabled(idle && session_.Workset() != nullptr && !chosen.floors.empty() &&
                      !chosen.kinds.empty());
     stop_->setEnabled(!idle);
+    // The user has been asked about them already; a later edit would go without a question.
+    results_->SetReadOnly(AreResultsLeaving());
+    scene_->SetReadOnly(AreResultsLeaving());
 }
 
 void MainWindow::UpdateTitle() {

@@ -75,6 +75,8 @@ class MainWindow : public QMainWindow {
     bool SaveTo(const std::filesystem::path& file);
     /// Whether the results may go: they are saved, or need not be.
     bool MayDropResults();
+    /// Whether others take the place of the results when the activity has succeeded.
+    bool AreResultsLeaving() const;
     void OpenModelsOfResults();
     void StartReading(std::vector<std::filesystem::path> models, OpenedFor openedFor);
 

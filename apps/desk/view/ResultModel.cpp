@@ -7,10 +7,6 @@
 namespace desk {
 namespace {
 
-bool IsEditable(ResultColumn column) {
-    return column == ResultColumn::kState || column == ResultColumn::kRemark;
-}
-
 ResultColumn ColumnOf(const QModelIndex& index) {
     return static_cast<ResultColumn>(index.column());
 }
@@ -54,6 +50,12 @@ void ResultModel::sort(int column, Qt::SortOrder direction) {
     beginResetModel();
     rows_.SetOrder(order);
     endResetModel();
+}
+
+bool ResultModel::IsEditable(const QModelIndex& index) const {
+    if (!index.isValid() || readOnly_) return false;
+    const ResultColumn column = ColumnOf(index);
+    return column == ResultColumn::kState || column == ResultColumn::kRemark;
 }
 
 int ResultModel::rowCount(const QModelIndex& parent) const {
@@ -119,12 +121,12 @@ QVariant ResultModel::headerData(int section, Qt::Orientation orientation, int r
 
 Qt::ItemFlags ResultModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags flags = QAbstractTableModel::flags(index);
-    if (index.isValid() && IsEditable(ColumnOf(index))) flags |= Qt::ItemIsEditable;
+    if (IsEditable(index)) flags |= Qt::ItemIsEditable;
     return flags;
 }
 
 bool ResultModel::setData(const QModelIndex& index, const QVariant& value, int role) {
-    if (!index.isValid() || role != Qt::EditRole || !IsEditable(ColumnOf(index))) return false;
+    if (role != Qt::EditRole || !IsEditable(index)) return false;
     const auto row = static_cast<std::size_t>(index.row());
     ResultRows::Item& item = rows_.At(row);
     if (ColumnOf(index) == ResultColumn::kState) {

@@ -26,6 +26,8 @@ class ResultModel : public QAbstractTableModel {
                   const std::vector<std::wstring>& floorOrder);
     void SetFilter(const ResultFilter& filter);
     const ResultRows& Rows() const { return rows_; }
+    /// Takes no edits any more, or again.
+    void SetReadOnly(bool readOnly) { readOnly_ = readOnly; }
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -40,11 +42,13 @@ class ResultModel : public QAbstractTableModel {
     void Edited();
 
   private:
+    bool IsEditable(const QModelIndex& index) const;
     QString Text(const ResultRows::Item& item, ResultColumn column) const;
 
     Session& session_;
     const KindNames& names_;
     ResultRows rows_;
+    bool readOnly_ = false;
 };
 
 }  // namespace desk

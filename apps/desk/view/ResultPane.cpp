@@ -93,6 +93,15 @@ bool ResultPane::HasResults() const {
     return model_->Rows().TotalCount() > 0;
 }
 
+// An editor that loses the focus hands over its text.
+void ResultPane::FinishEditing() {
+    if (list_->isAncestorOf(window()->focusWidget())) list_->setFocus();
+}
+
+void ResultPane::SetReadOnly(bool readOnly) {
+    model_->SetReadOnly(readOnly);
+}
+
 Session::Item* ResultPane::Current() const {
     const QModelIndex current = list_->currentIndex();
     if (!current.isValid()) return nullptr;

@@ -27,6 +27,10 @@ class ResultPane : public QWidget {
     /// again.
     void Reload();
     bool HasResults() const;
+    /// Takes over what is being typed into the list.
+    void FinishEditing();
+    /// Takes no edits any more, or again.
+    void SetReadOnly(bool readOnly);
     /// The result on the current row; null without one.
     Session::Item* Current() const;
 

@@ -129,6 +129,11 @@ void ScenePane::ShowNothing() {
     UpdateActions();
 }
 
+void ScenePane::SetReadOnly(bool readOnly) {
+    readOnly_ = readOnly;
+    UpdateActions();
+}
+
 void ScenePane::KeepView() {
     if (clash_ == nullptr) return;
     session_.SetViewport(*clash_, view_->CurrentCamera().ToText().toStdWString());
@@ -157,7 +162,7 @@ void ScenePane::UpdateActions() {
     sectionHeight_->setEnabled(hasModels);
     fitClash_->setEnabled(floor_.has_value());
     export_->setEnabled(floor_.has_value());
-    keepView_->setEnabled(hasModels && clash_ != nullptr);
+    keepView_->setEnabled(hasModels && clash_ != nullptr && !readOnly_);
 }
 
 }  // namespace desk

@@ -38,6 +38,9 @@ class ScenePane : public QWidget {
     /// Shows an opening like a clash of one component, at the middle of its box. Null: none.
     void ShowOpening(const Session::Hole* opening);
 
+    /// No view can be kept with a clash any more, or again.
+    void SetReadOnly(bool readOnly);
+
     SceneView& View() { return *view_; }
 
   signals:
@@ -55,6 +58,7 @@ class ScenePane : public QWidget {
 
     Session& session_;
     Prompts& prompts_;
+    bool readOnly_ = false;
     Session::Item* clash_ = nullptr;  // on display; null for an opening
     // Where what is on display is; nothing when that is the whole building.
     std::optional<std::pair<int, std::wstring>> floor_;

@@ -116,15 +116,22 @@ class DeskFlow : public testing::Test {
         QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, List().visualRect(cell).center());
     }
 
-    // Types into a cell as a user does: F2, text, return.
-    void TypeInto(int row, ResultColumn column, const QString& text) {
+    // Starts to type into a cell as a user does: F2, text.
+    void StartTyping(int row, ResultColumn column, const QString& text,
+                     QPointer<QLineEdit>& editor) {
         List().setCurrentIndex(List().model()->index(row, static_cast<int>(column)));
         List().setFocus();
         QTest::keyClick(&List(), Qt::Key_F2);
-        const QPointer<QLineEdit> editor = List().findChild<QLineEdit*>();
+        editor = List().findChild<QLineEdit*>();
         ASSERT_FALSE(editor.isNull());
         editor->selectAll();
         QTest::keyClicks(editor, text);
+    }
+
+    // And ends it by return.
+    void TypeInto(int row, ResultColumn column, const QString& text) {
+        QPointer<QLineEdit> editor;
+        ASSERT_NO_FATAL_FAILURE(StartTyping(row, column, text, editor));
         QTest::keyClick(editor, Qt::Key_Return);
         // The list takes the text over once the key press is done with.
         ASSERT_TRUE(QTest::qWaitFor([&] { return editor.isNull(); }, kPatience));

@@ -335,6 +335,64 @@ TEST_F(DeskFlow, AsksForTheModelsOfResultsThatDoNotNameThem) {
     EXPECT_NE(window_->CurrentSession().Workset(), nullptr);
 }
 
+TEST_F(DeskFlow, TakesNoEditsOfResultsThatOtherModelsReplace) {
+    OpenSample();
+    Check();
+    ClickRow(1);
+    script_.unsaved = UnsavedAnswer::kDiscard;
+    script_.models = {NewModel()};
+    Action("openModels").trigger();
+    ASSERT_TRUE(window_->IsBusy());
+    QTest::keyClick(&List(), Qt::Key_2);
+    EXPECT_EQ(Cell(1, ResultColumn::kState), "Open");
+    EXPECT_FALSE(Action("keepView").isEnabled());
+
+    // The models do not come, and the results stay.
+    Action("stop").trigger();
+    ASSERT_TRUE(WaitForEnd());
+    QTest::keyClick(&List(), Qt::Key_2);
+    EXPECT_EQ(Cell(1, ResultColumn::kState), "Resolved");
+    EXPECT_TRUE(Action("keepView").isEnabled());
+}
+
+TEST_F(DeskFlow, TakesNoEditsOfResultsThatOthersReplace) {
+    OpenSample();
+    Check();
+    Click("save");
+    ClickRow(1);
+    script_.resultFile = script_.saveFile;
+    Action("openResults").trigger();
+    ASSERT_TRUE(window_->IsBusy());
+    QTest::keyClick(&List(), Qt::Key_2);
+    EXPECT_EQ(Cell(1, ResultColumn::kState), "Open");
+    ASSERT_TRUE(WaitForEnd());
+    QTest::keyClick(&List(), Qt::Key_2);
+    EXPECT_EQ(Cell(1, ResultColumn::kState), "Resolved");
+}
+
+TEST_F(DeskFlow, SavesTheRemarkThatIsBeingTyped) {
+    OpenSample();
+    Check();
+    QPointer<QLineEdit> editor;
+    ASSERT_NO_FATAL_FAILURE(StartTyping(1, ResultColumn::kRemark, "move it", editor));
+    Action("save").trigger();
+    EXPECT_EQ(Cell(1, ResultColumn::kRemark), "move it");
+    EXPECT_FALSE(window_->isWindowModified());
+    EXPECT_TRUE(window_->close()) << "nothing is left to ask about";
+    EXPECT_EQ(script_.unsavedAsked, 0);
+}
+
+TEST_F(DeskFlow, KeepsTheRemarkThatIsBeingTypedWhenACheckEnds) {
+    OpenSample();
+    Check();
+    Action("run").trigger();
+    ASSERT_TRUE(window_->IsBusy());
+    QPointer<QLineEdit> editor;
+    ASSERT_NO_FATAL_FAILURE(StartTyping(1, ResultColumn::kRemark, "move it", editor));
+    ASSERT_TRUE(WaitForEnd());
+    EXPECT_EQ(Cell(1, ResultColumn::kRemark), "move it");
+}
+
 TEST_F(DeskFlow, DrawsTheSelectedClashThroughTheDiagnosticTool) {
     OpenSample();
     Check();
