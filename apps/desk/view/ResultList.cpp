@@ -109,7 +109,7 @@ void ResultList::SetResultModel(ResultModel* model) {
     header->setSortIndicatorClearable(true);
     header->setSortIndicator(-1, Qt::AscendingOrder);
     setSortingEnabled(true);
-    constexpr int kCharactersOfColumn[kResultColumnCount] = {13, 9, 20, 23, 20, 23, 13, 13, 24, 26};
+    constexpr int kCharactersOfColumn[kResultColumnCount] = {17, 9, 20, 23, 20, 23, 13, 13, 24, 26};
     for (int column = 0; column < kResultColumnCount; ++column)
         setColumnWidth(column, kCharactersOfColumn[column] * fontMetrics().averageCharWidth());
     SetRowHeight(fontMetrics().height() * 8 / 5);
