@@ -57,9 +57,9 @@ class LongResultList : public testing::Test {
         EXPECT_TRUE(QTest::qWaitForWindowExposed(&list_));
     }
 
-    const kycb::test::PriorityScope priorities_{{{L"土建", 2}, {L"暖通", 1}}};
     std::vector<std::unique_ptr<KyResultItem>> items_;
-    desk::Session session_;
+    desk::Session session_;  // reads the shipped priorities, which these replace
+    const kycb::test::PriorityScope priorities_{{{L"土建", 2}, {L"暖通", 1}}};
     const desk::KindNames names_{"en"};
     CountingModel model_{session_, names_, nullptr};
     desk::ResultList list_;
