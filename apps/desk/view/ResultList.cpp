@@ -137,6 +137,13 @@ void ResultList::SetStateOfSelected(int state) {
         model()->setData(model()->index(row, kStateColumn), state, Qt::EditRole);
 }
 
+void ResultList::FinishEditing() {
+    QWidget* editor = indexWidget(currentIndex());
+    if (editor == nullptr) return;
+    commitData(editor);
+    closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
 void ResultList::keyPressEvent(QKeyEvent* event) {
     const int state = event->key() - Qt::Key_0;
     const bool isState = state >= 0 && state < static_cast<int>(kDisposeStates.size());

@@ -25,6 +25,8 @@ class ResultList : public CCustomColorListCtrl {
     std::vector<int> SelectedRows() const;
     /// Gives all selected rows a state.
     void SetStateOfSelected(int state);
+    /// Takes over what is being typed.
+    void FinishEditing();
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;

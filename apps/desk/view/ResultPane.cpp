@@ -93,9 +93,8 @@ bool ResultPane::HasResults() const {
     return model_->Rows().TotalCount() > 0;
 }
 
-// An editor that loses the focus hands over its text.
 void ResultPane::FinishEditing() {
-    if (list_->isAncestorOf(window()->focusWidget())) list_->setFocus();
+    list_->FinishEditing();
 }
 
 void ResultPane::SetReadOnly(bool readOnly) {
