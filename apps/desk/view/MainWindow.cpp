@@ -57,15 +57,16 @@ MainWindow::MainWindow(SessionOptions options, const QString& language,
       poll_(new QTimer(this)),
       columns_(new QSplitter(this)),
       scope_(new ScopePane(names_, this)),
+      pages_(new QTabWidget(this)),
       results_(new ResultPane(session_, names_, this)),
       openings_(new OpeningList(names_, this)),
       notes_(new NotesPane(names_, this)),
-      pages_(BuildPages()),
       scene_(new ScenePane(session_, names_, *prompts_, this)),
       status_(new StatusLine(this)) {
     setObjectName("mainWindow");
     resize(kRoomNeeded.expandedTo(screen()->availableSize() * kShareOfScreen));
     BuildActions();
+    BuildPages();
     columns_->setObjectName("columns");
     columns_->setChildrenCollapsible(false);
     columns_->addWidget(scope_);
@@ -131,16 +132,14 @@ void MainWindow::UpdateIcons() {
         action->setIcon(ToolIcon(glyph, palette()));
 }
 
-QTabWidget* MainWindow::BuildPages() {
+void MainWindow::BuildPages() {
     openings_->setObjectName("openings");
     notes_->setObjectName("notes");
-    auto* pages = new QTabWidget(this);
-    pages->setObjectName("pages");
-    pages->setDocumentMode(true);
-    pages->addTab(results_, tr("Clashes"));
-    pages->addTab(openings_, tr("Openings"));
-    pages->addTab(notes_, tr("Notes"));
-    return pages;
+    pages_->setObjectName("pages");
+    pages_->setDocumentMode(true);
+    pages_->addTab(results_, tr("Clashes"));
+    pages_->addTab(openings_, tr("Openings"));
+    pages_->addTab(notes_, tr("Notes"));
 }
 
 void MainWindow::ConnectPanes() {

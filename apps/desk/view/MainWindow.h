@@ -64,7 +64,7 @@ class MainWindow : public QMainWindow {
     enum class OpenedFor { kNewWork, kResults };
 
     void BuildActions();
-    QTabWidget* BuildPages();
+    void BuildPages();
     void ConnectPanes();
     void UpdateIcons();
 
@@ -104,11 +104,12 @@ class MainWindow : public QMainWindow {
 
     QTimer* poll_;
     QSplitter* columns_;
+    // In the order in which the tabulator key goes through them, which is that of their making.
     ScopePane* scope_;
+    QTabWidget* pages_;
     ResultPane* results_;
     OpeningList* openings_;
     NotesPane* notes_;
-    QTabWidget* pages_;
     ScenePane* scene_;
     StatusLine* status_;
 

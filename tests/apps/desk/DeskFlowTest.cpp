@@ -13,8 +13,10 @@
 #include <QScrollBar>
 #include <QSettings>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QWheelEvent>
+#include <algorithm>
 
 #include "DeskFlow.h"
 #include "desk/view/FilterBar.h"
@@ -250,6 +252,24 @@ TEST_F(DeskFlow, SearchesTheClashesFromEveryPage) {
     Action("find").trigger();
     EXPECT_EQ(pages.currentIndex(), 0);
     EXPECT_TRUE(Get<QLineEdit>("filterText").isVisible());
+}
+
+// By the tabulator key, from left to right and from top to bottom.
+TEST_F(DeskFlow, IsWalkedThroughInTheOrderInWhichItIsRead) {
+    std::vector<const QWidget*> stations = {&Get<CThreeStateTree>("kinds"),
+                                            &Get<CThreeStateTree>("floors"),
+                                            Get<QTabWidget>("pages").tabBar(),
+                                            &Get<QLineEdit>("filterText"),
+                                            &List(),
+                                            &window_->View()};
+    std::vector<const QWidget*> met;
+    const QWidget* widget = stations.front();
+    do {
+        if (std::find(stations.begin(), stations.end(), widget) != stations.end())
+            met.push_back(widget);
+        widget = widget->nextInFocusChain();
+    } while (widget != stations.front());
+    EXPECT_EQ(met, stations);
 }
 
 TEST_F(DeskFlow, ChecksOnlyTheKindsThatAreChecked) {
