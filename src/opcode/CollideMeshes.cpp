@@ -166,9 +166,10 @@ class Descent {
     // The largest coordinate for which no product of three differences overflows, with room to
     // spare for the sums of such products.
     static constexpr float kLargestForSingle = 1e12F;
-    // Where planes keep none of so many triangles apart, they will hardly do for the rest of two
-    // leaves: solids that pass through each other.
-    static constexpr unsigned kTellingRow = 3;
+    // The planes of a row of triangles pay when they keep a triangle apart. So many rows may fail
+    // to before planes are no longer asked in this query: solids that pass through each other.
+    static constexpr int kFirstPlaneCredit = 2;
+    static constexpr int kMostPlaneCredit = 16;
     // The least for which no term along the normal of a patch underflows enough to matter.
     static constexpr float kLeastForPatch = 1e-30F;
     // Three roundings meet each of three terms on either side, and one the sum with the slack; each
@@ -297,22 +298,20 @@ class Descent {
             candidates_.StartRun(x, y);
         else
             candidates_.StartRun(y, x);
-        bool planesPay = reach_ <= kLargestForSingle;
         for (; rows != 0; rows &= rows - 1) {
             const unsigned i = FirstBit(rows);
             const EndsOfBox box = BoxOf(ends, i);
             auto chosen = columns & Meeting(boxesY, box);
             if (OnlyRegionCounts())
                 chosen = chosen & ReachesOut(CommonBox(boxesY, Everywhere(box)), *query_.region);
-            unsigned count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
-            if (count == 0) continue;
-            if (planesPay) {
-                const unsigned met = count;
+            if (!Any(chosen)) continue;
+            if (planeCredit_ > 0) {
+                const auto met = static_cast<int>(hwy::PopCount(Bits(chosen)));
                 chosen = chosen & CutByPlaneOf(x, i, y, reach_);
-                if (!Any(chosen)) continue;
-                chosen = chosen & PlanesCutting(x, i, y, reach_);
-                count = static_cast<unsigned>(hwy::PopCount(Bits(chosen)));
-                planesPay = count < met || met < kTellingRow;
+                if (Any(chosen)) chosen = chosen & PlanesCutting(x, i, y, reach_);
+                const auto left = static_cast<int>(hwy::PopCount(Bits(chosen)));
+                planeCredit_ = std::min(planeCredit_ + met - left - 1, kMostPlaneCredit);
+                if (left == 0) continue;
             }
             AddPairs<kSideOfX>(i, Bits(chosen), candidates_);
             if (candidates_.count >= kBatch) Decide();
@@ -466,6 +465,7 @@ class Descent {
     const float reach_;
     const float patchSlack_ = kPatchSlack * reach_;
     const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    int planeCredit_ = reach_ <= kLargestForSingle ? kFirstPlaneCredit : 0;
     unsigned hitBatches_ = 0;
     bool full_ = false;
     const EndsWanted wanted_;
