@@ -45,8 +45,8 @@ void Print(const char* name, double value) {
     std::cout << name << ' ' << value << std::endl;
 }
 
-// The largest result file that is read (bytes): 1.8 million results, six times those of 100,000
-// components of this building.
+// Larger files (in bytes) are refused by the library's reader. This holds 1.8 million results, six
+// times those of 100,000 components of this building.
 constexpr std::uintmax_t kLargestLoaded = std::uintmax_t{1} << 30;
 
 class ResultData : public RESULT::KyWorksetResultData {

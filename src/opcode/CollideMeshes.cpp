@@ -166,8 +166,9 @@ class Descent {
     // The largest coordinate for which no product of three differences overflows, with room to
     // spare for the sums of such products.
     static constexpr float kLargestForSingle = 1e12F;
-    // The planes of a row of triangles pay when they keep a triangle apart. So many rows may fail
-    // to before planes are no longer asked in this query: solids that pass through each other.
+    // To ask the planes of a row of triangles costs one, and each triangle that they keep apart
+    // gives one back. A query that has none left asks no more: in solids that pass through each
+    // other planes keep hardly anything apart. What was gained lasts for so many rows without gain.
     static constexpr int kFirstPlaneCredit = 2;
     static constexpr int kMostPlaneCredit = 16;
     // The least for which no term along the normal of a patch underflows enough to matter.

@@ -46,7 +46,7 @@ class KYCB_API KyWorksetResultData : public IKyResultData {
 
     /// Elements are known by their place, not by their names, and what stands between them
     /// (comments, texts) is passed over; each item goes to the project and floor of its own
-    /// component A, wherever it stands.
+    /// component A, wherever it stands. A file above 1 GiB (some 1.8 million items) is refused.
     bool InitByXml(std::wstring path) override;
 
     void SetTimeStamp(std::wstring timeStamp) override;
