@@ -465,11 +465,11 @@ class Descent {
     UnplacedEnds& unplaced_ = scratch_.unplaced;
     const float reach_;
     const float patchSlack_ = kPatchSlack * reach_;
-    const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
     int planeCredit_ = reach_ <= kLargestForSingle ? kFirstPlaneCredit : 0;
     unsigned hitBatches_ = 0;
-    bool full_ = false;
     const EndsWanted wanted_;
+    const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    bool full_ = false;
     const bool mayWait_ = wanted_.forRegion && !wanted_.forCallback && !wanted_.onlyToGrowRegion;
 };
 
