@@ -11,22 +11,24 @@ namespace kycb::opcode {
 
 template <std::size_t N>
 struct ChosenLanes {
-    // For each mask the lanes to take, the chosen ones first.
+    // For each mask the lanes to take, the chosen ones first. The rest is 0.
     std::uint8_t lane[std::size_t{1} << N][N];
 };
 
+/// Lanes are numbered from `first`.
 template <std::size_t N>
-constexpr ChosenLanes<N> MakeChosenLanes() {
+constexpr ChosenLanes<N> MakeChosenLanes(std::size_t first) {
     ChosenLanes<N> table{};
     for (std::size_t mask = 0; mask < std::size_t{1} << N; ++mask) {
         std::size_t used = 0;
         for (std::size_t i = 0; i < N; ++i)
-            if ((mask >> i & 1U) != 0) table.lane[mask][used++] = static_cast<std::uint8_t>(i);
+            if ((mask >> i & 1U) != 0)
+                table.lane[mask][used++] = static_cast<std::uint8_t>(first + i);
     }
     return table;
 }
 
-template <std::size_t N>
-inline constexpr ChosenLanes<N> kChosenLanes = MakeChosenLanes<N>();
+template <std::size_t N, std::size_t kFirst = 0>
+inline constexpr ChosenLanes<N> kChosenLanes = MakeChosenLanes<N>(kFirst);
 
 }  // namespace kycb::opcode

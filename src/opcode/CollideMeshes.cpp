@@ -23,45 +23,75 @@
 HWY_BEFORE_NAMESPACE();
 namespace kycb::opcode::HWY_NAMESPACE {
 
-/// The boxes that a box meets, one bit each.
-HWY_INLINE unsigned Meeting(const Boxes& boxes, const float* low, const float* high) {
-    const auto x = (Load<8>(boxes.low[0]) <= Broadcast<8>(high[0])) &
-                   (Broadcast<8>(low[0]) <= Load<8>(boxes.high[0]));
-    const auto y = (Load<8>(boxes.low[1]) <= Broadcast<8>(high[1])) &
-                   (Broadcast<8>(low[1]) <= Load<8>(boxes.high[1]));
-    const auto z = (Load<8>(boxes.low[2]) <= Broadcast<8>(high[2])) &
-                   (Broadcast<8>(low[2]) <= Load<8>(boxes.high[2]));
-    return Bits(x & y & z);
-}
+/// The triangles of one leaf, or of two side by side in memory.
+template <std::size_t kLeaves>
+class LeafRows {
+  public:
+    static constexpr std::size_t kLanes = kLeaves * kWidth;
+    using Values = Pack<float, kLanes>;
+    using Vectors = Vector3<Values>;
 
-/// The same for a box inside a set of boxes.
-HWY_INLINE unsigned Meeting(const Boxes& boxes, const Boxes& others, unsigned place) {
-    const float low[3] = {others.low[0][place], others.low[1][place], others.low[2][place]};
-    const float high[3] = {others.high[0][place], others.high[1][place], others.high[2][place]};
-    return Meeting(boxes, low, high);
-}
+    explicit HWY_INLINE LeafRows(const Leaf* leaves) : leaves_(leaves) {}
 
-/// The triangles of `leaf` that the plane of another leaf's triangle does not keep wholly on one
+    const Leaf& First() const { return leaves_[0]; }
+    /// The leaf of a triangle.
+    const Leaf& LeafOf(unsigned place) const { return leaves_[place / kWidth]; }
+
+    HWY_INLINE Vectors Corner(std::size_t k) const {
+        return {Row([k](const Leaf& leaf) { return leaf.vertex[k][0]; }),
+                Row([k](const Leaf& leaf) { return leaf.vertex[k][1]; }),
+                Row([k](const Leaf& leaf) { return leaf.vertex[k][2]; })};
+    }
+    HWY_INLINE Vectors Normal() const {
+        return {Row([](const Leaf& leaf) { return leaf.normal[0]; }),
+                Row([](const Leaf& leaf) { return leaf.normal[1]; }),
+                Row([](const Leaf& leaf) { return leaf.normal[2]; })};
+    }
+    HWY_INLINE Values Offset() const {
+        return Row([](const Leaf& leaf) { return leaf.offset; });
+    }
+    HWY_INLINE Values Slack() const {
+        return Row([](const Leaf& leaf) { return leaf.slack; });
+    }
+    HWY_INLINE BoxLanes<Values> Boxes() const {
+        return BoxOf(TriangleLanes<Values>{{Corner(0), Corner(1), Corner(2)}});
+    }
+
+  private:
+    template <class RowOf>
+    HWY_INLINE Values Row(RowOf rowOf) const {
+        if constexpr (kLeaves == 1)
+            return Load<kWidth>(rowOf(leaves_[0]));
+        else
+            return LoadRows(rowOf(leaves_[0]), rowOf(leaves_[1]));
+    }
+
+    const Leaf* leaves_;
+};
+
+/// The triangles of `rows` that the plane of another leaf's triangle does not keep wholly on one
 /// side, as far as single precision can tell.
-HWY_INLINE PackMask<float, 8> CutByPlaneOf(const Leaf& other, unsigned place, const Leaf& leaf,
-                                           float reach) {
-    const F8x3 n = BroadcastLane(other.normal, place);
-    const F8 offset = Broadcast<8>(other.offset[place]);
-    const F8 slack = Broadcast<8>(other.slack[place] * reach);
-    const F8 side[3] = {Dot(n, LoadVector(leaf.vertex[0])), Dot(n, LoadVector(leaf.vertex[1])),
-                        Dot(n, LoadVector(leaf.vertex[2]))};
+template <class Rows>
+HWY_INLINE auto CutByPlaneOf(const Leaf& other, unsigned place, const Rows& rows, float reach) {
+    constexpr std::size_t kLanes = Rows::kLanes;
+    const auto n = BroadcastLane<kLanes>(other.normal, place);
+    const auto offset = Broadcast<kLanes>(other.offset[place]);
+    const auto slack = Broadcast<kLanes>(other.slack[place] * reach);
+    const typename Rows::Values side[3] = {Dot(n, rows.Corner(0)), Dot(n, rows.Corner(1)),
+                                           Dot(n, rows.Corner(2))};
     return (LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack);
 }
 
-/// The triangles of `leaf` whose planes do not keep another leaf's triangle wholly on one side.
-HWY_INLINE PackMask<float, 8> PlanesCutting(const Leaf& other, unsigned place, const Leaf& leaf,
-                                            float reach) {
-    const F8x3 n = LoadVector(leaf.normal);
-    const F8 offset = Load<8>(leaf.offset);
-    const F8 slack = Load<8>(leaf.slack) * Broadcast<8>(reach);
-    const F8 side[3] = {Dot(n, BroadcastLane(other.vertex[0], place)),
-                        Dot(n, BroadcastLane(other.vertex[1], place)),
-                        Dot(n, BroadcastLane(other.vertex[2], place))};
+/// The triangles of `rows` whose planes do not keep another leaf's triangle wholly on one side.
+template <class Rows>
+HWY_INLINE auto PlanesCutting(const Leaf& other, unsigned place, const Rows& rows, float reach) {
+    constexpr std::size_t kLanes = Rows::kLanes;
+    const auto n = rows.Normal();
+    const auto offset = rows.Offset();
+    const auto slack = rows.Slack() * Broadcast<kLanes>(reach);
+    const typename Rows::Values side[3] = {Dot(n, BroadcastLane<kLanes>(other.vertex[0], place)),
+                                           Dot(n, BroadcastLane<kLanes>(other.vertex[1], place)),
+                                           Dot(n, BroadcastLane<kLanes>(other.vertex[2], place))};
     return (LeastOf(side) <= offset + slack) & (MostOf(side) >= offset - slack);
 }
 
@@ -91,36 +121,45 @@ struct EndsOfBox {
     float high[3];
 };
 
-HWY_INLINE EndsOfBox BoxOf(const Boxes& boxes, std::size_t place) {
+/// Of boxes side by side in memory, the one at a place.
+template <class T>
+HWY_INLINE EndsOfBox BoxAt(const T& boxes, std::size_t place) {
     return {{boxes.low[0][place], boxes.low[1][place], boxes.low[2][place]},
             {boxes.high[0][place], boxes.high[1][place], boxes.high[2][place]}};
 }
 
 HWY_INLINE EndsOfBox BoxOf(const MeshTree& tree, TreePlace place) {
-    return BoxOf(tree.ChildBoxes(place.Parent()), place.index % kWidth);
+    return BoxAt(tree.ChildBoxes(place.Parent()), place.index % kWidth);
+}
+
+HWY_INLINE EndsOfBox EndsOf(const Box& box) {
+    return {{box.low[0], box.low[1], box.low[2]}, {box.high[0], box.high[1], box.high[2]}};
 }
 
 /// The boxes that a box meets.
-HWY_INLINE PackMask<float, 8> Meeting(const BoxF8& boxes, const EndsOfBox& box) {
+template <std::size_t N>
+HWY_INLINE PackMask<float, N> Meeting(const BoxLanes<Pack<float, N>>& boxes, const EndsOfBox& box) {
     const auto x =
-        (boxes.low.x <= Broadcast<8>(box.high[0])) & (Broadcast<8>(box.low[0]) <= boxes.high.x);
+        (boxes.low.x <= Broadcast<N>(box.high[0])) & (Broadcast<N>(box.low[0]) <= boxes.high.x);
     const auto y =
-        (boxes.low.y <= Broadcast<8>(box.high[1])) & (Broadcast<8>(box.low[1]) <= boxes.high.y);
+        (boxes.low.y <= Broadcast<N>(box.high[1])) & (Broadcast<N>(box.low[1]) <= boxes.high.y);
     const auto z =
-        (boxes.low.z <= Broadcast<8>(box.high[2])) & (Broadcast<8>(box.low[2]) <= boxes.high.z);
+        (boxes.low.z <= Broadcast<N>(box.high[2])) & (Broadcast<N>(box.low[2]) <= boxes.high.z);
     return x & y & z;
 }
 
 /// One box in all lanes.
-HWY_INLINE BoxF8 Everywhere(const EndsOfBox& box) {
-    return {{Broadcast<8>(box.low[0]), Broadcast<8>(box.low[1]), Broadcast<8>(box.low[2])},
-            {Broadcast<8>(box.high[0]), Broadcast<8>(box.high[1]), Broadcast<8>(box.high[2])}};
+template <std::size_t N>
+HWY_INLINE BoxLanes<Pack<float, N>> Everywhere(const EndsOfBox& box) {
+    return {{Broadcast<N>(box.low[0]), Broadcast<N>(box.low[1]), Broadcast<N>(box.low[2])},
+            {Broadcast<N>(box.high[0]), Broadcast<N>(box.high[1]), Broadcast<N>(box.high[2])}};
 }
 
 HWY_INLINE BoxF8 LoadBoxes(const Boxes& boxes) {
     return {LoadVector(boxes.low), LoadVector(boxes.high)};
 }
 
+/// One bit each.
 HWY_INLINE unsigned Meeting(const Boxes& boxes, const EndsOfBox& box) {
     return Bits(Meeting(LoadBoxes(boxes), box));
 }
@@ -147,7 +186,10 @@ class Descent {
         outermost_.count = 0;
         unplaced_.Clear(reach_);
         stack.clear();
-        stack.push_back({a_.Root(), b_.Root()});
+        if (areSmall_)
+            VisitAllTriangles();
+        else
+            stack.push_back({a_.Root(), b_.Root()});
         while (!stack.empty() && !full_) {
             const PlacePair pair = stack.back();
             stack.pop_back();
@@ -236,7 +278,7 @@ class Descent {
         unsigned partners = 0;
         for (unsigned m = Meeting(x, boxB); m != 0; m &= m - 1) {
             const unsigned i = FirstBit(m);
-            unsigned k = Bits(columns & Meeting(y, BoxOf(x, i)));
+            unsigned k = Bits(columns & Meeting(y, BoxAt(x, i)));
             if (k == 0) continue;
             const TreePlace child = pair.a.Child(i);
             Prefetch(a_, child);
@@ -248,28 +290,37 @@ class Descent {
             Prefetch(b_, pair.b.Child(FirstBit(partners)));
     }
 
-    HWY_INLINE void VisitLeaves(const Leaf& x, const EndsOfBox& boxX, const Leaf& y,
+    /// All triangles of two meshes of two leaves: nearly every wall, slab, beam and column. Doing
+    /// without the tree costs them half as much as four pairs of leaves.
+    HWY_INLINE void VisitAllTriangles() {
+        const EndsOfBox boxA = EndsOf(a_.BoundingBox());
+        const EndsOfBox boxB = EndsOf(b_.BoundingBox());
+        const LeafRows<2> x = FilledTwoLeaves(a_);
+        const LeafRows<2> y = FilledTwoLeaves(b_);
+        const auto boxesX = x.Boxes();
+        const auto boxesY = y.Boxes();
+        Sweep(x, boxesX, Meeting(boxesX, boxB), boxA, y, boxesY, Meeting(boxesY, boxA), boxB);
+    }
+
+    static HWY_INLINE LeafRows<2> FilledTwoLeaves(MeshTree& tree) {
+        FilledLeaf(tree, 1);
+        return LeafRows<2>(&FilledLeaf(tree, 0));
+    }
+
+    HWY_INLINE void VisitLeaves(const Leaf& leafX, const EndsOfBox& boxX, const Leaf& leafY,
                                 const EndsOfBox& boxY) {
-        const BoxF8 boxesX = BoxesOf(x);
-        const BoxF8 boxesY = BoxesOf(y);
+        const LeafRows<1> x(&leafX);
+        const LeafRows<1> y(&leafY);
+        const BoxF8 boxesX = x.Boxes();
+        const BoxF8 boxesY = y.Boxes();
         auto rows = Meeting(boxesX, boxY);
         auto columns = Meeting(boxesY, boxX);
         if (!Any(rows) || !Any(columns)) return;
-        if (OnlyRegionCounts()) {
-            rows = rows & ReachesOut(CommonBox(boxesX, Everywhere(boxY)), *query_.region);
-            columns = columns & ReachesOut(CommonBox(boxesY, Everywhere(boxX)), *query_.region);
-        }
         if (isPatchUsable_) {
-            if (y.hasPatch) rows = rows & ReachingPatch(y, x);
-            if (x.hasPatch) columns = columns & ReachingPatch(x, y);
+            if (leafY.hasPatch) rows = rows & ReachingPatch(leafY, leafX);
+            if (leafX.hasPatch) columns = columns & ReachingPatch(leafX, leafY);
         }
-        const unsigned rowBits = Bits(rows);
-        const unsigned columnBits = Bits(columns);
-        if (rowBits == 0 || columnBits == 0) return;
-        if (hwy::PopCount(rowBits) <= hwy::PopCount(columnBits))
-            Sweep<Side::kA>(x, boxesX, rowBits, y, boxesY, columns);
-        else
-            Sweep<Side::kB>(y, boxesY, columnBits, x, boxesX, rows);
+        Sweep(x, boxesX, rows, boxX, y, boxesY, columns, boxY);
     }
 
     /// The triangles of `leaf` that are not wholly on one side of the patch of another, which is
@@ -283,38 +334,60 @@ class Descent {
                (MostOf(along) >= Broadcast<8>(other.patchLow - patchSlack_));
     }
 
-    static HWY_INLINE BoxF8 BoxesOf(const Leaf& leaf) {
-        return BoxOf(TriangleF8{
-            {LoadVector(leaf.vertex[0]), LoadVector(leaf.vertex[1]), LoadVector(leaf.vertex[2])}});
+    /// Chooses the pairs of triangles of two sets whose boxes meet.
+    template <class Rows>
+    HWY_INLINE void Sweep(const Rows& x, const BoxLanes<typename Rows::Values>& boxesX,
+                          PackMask<float, Rows::kLanes> rows, const EndsOfBox& boxX, const Rows& y,
+                          const BoxLanes<typename Rows::Values>& boxesY,
+                          PackMask<float, Rows::kLanes> columns, const EndsOfBox& boxY) {
+        constexpr std::size_t kLanes = Rows::kLanes;
+        if (OnlyRegionCounts()) {
+            const Box& region = *query_.region;
+            rows = rows & ReachesOut(CommonBox(boxesX, Everywhere<kLanes>(boxY)), region);
+            columns = columns & ReachesOut(CommonBox(boxesY, Everywhere<kLanes>(boxX)), region);
+        }
+        const unsigned rowBits = Bits(rows);
+        const unsigned columnBits = Bits(columns);
+        if (rowBits == 0 || columnBits == 0) return;
+        candidates_.StartRun(x.First(), y.First());
+        if (hwy::PopCount(rowBits) <= hwy::PopCount(columnBits))
+            SweepRows<Side::kA>(x, boxesX, rowBits, y, boxesY, columns);
+        else
+            SweepRows<Side::kB>(y, boxesY, columnBits, x, boxesX, rows);
     }
 
     /// One triangle of `x` after the other against all of `y`.
-    template <Side kSideOfX>
-    HWY_INLINE void Sweep(const Leaf& x, const BoxF8& boxesX, unsigned rows, const Leaf& y,
-                          const BoxF8& boxesY, const PackMask<float, 8>& columns) {
-        Boxes ends;
+    template <Side kSideOfX, class Rows>
+    HWY_INLINE void SweepRows(const Rows& x, const BoxLanes<typename Rows::Values>& boxesX,
+                              unsigned rows, const Rows& y,
+                              const BoxLanes<typename Rows::Values>& boxesY,
+                              const PackMask<float, Rows::kLanes>& columns) {
+        constexpr std::size_t kLanes = Rows::kLanes;
+        struct alignas(64) {
+            float low[3][kLanes];
+            float high[3][kLanes];
+        } ends;
         StoreVector(boxesX.low, ends.low);
         StoreVector(boxesX.high, ends.high);
-        if constexpr (kSideOfX == Side::kA)
-            candidates_.StartRun(x, y);
-        else
-            candidates_.StartRun(y, x);
         for (; rows != 0; rows &= rows - 1) {
             const unsigned i = FirstBit(rows);
-            const EndsOfBox box = BoxOf(ends, i);
+            const EndsOfBox box = BoxAt(ends, i);
             auto chosen = columns & Meeting(boxesY, box);
             if (OnlyRegionCounts())
-                chosen = chosen & ReachesOut(CommonBox(boxesY, Everywhere(box)), *query_.region);
+                chosen =
+                    chosen & ReachesOut(CommonBox(boxesY, Everywhere<kLanes>(box)), *query_.region);
             if (!Any(chosen)) continue;
             if (planeCredit_ > 0) {
                 const auto met = static_cast<int>(hwy::PopCount(Bits(chosen)));
-                chosen = chosen & CutByPlaneOf(x, i, y, reach_);
-                if (Any(chosen)) chosen = chosen & PlanesCutting(x, i, y, reach_);
+                const Leaf& leaf = x.LeafOf(i);
+                const unsigned place = i % kWidth;
+                chosen = chosen & CutByPlaneOf(leaf, place, y, reach_);
+                if (Any(chosen)) chosen = chosen & PlanesCutting(leaf, place, y, reach_);
                 const auto left = static_cast<int>(hwy::PopCount(Bits(chosen)));
                 planeCredit_ = std::min(planeCredit_ + met - left - 1, kMostPlaneCredit);
                 if (left == 0) continue;
             }
-            AddPairs<kSideOfX>(i, Bits(chosen), candidates_);
+            AddPairs<kSideOfX, kLanes>(i, Bits(chosen), candidates_);
             if (candidates_.count >= kBatch) Decide();
             if (full_) return;
         }
@@ -322,7 +395,10 @@ class Descent {
 
     HWY_NOINLINE void Decide() {
         PairQueue& batch = unplaced_.Next();
-        CopyBatch(candidates_, batch);
+        if (areSmall_)
+            CopyBatchOfTwoLeaves(candidates_, batch);
+        else
+            CopyBatch(candidates_, batch);
         candidates_.DropBatch();
         Verdict verdict = {0, 0, batch.LiveLanes(kBatch), 0, false};
         if (reach_ <= kLargestForSingle)
@@ -469,6 +545,7 @@ class Descent {
     unsigned hitBatches_ = 0;
     const EndsWanted wanted_;
     const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
+    const bool areSmall_ = a_.LeafCount() == 2 && b_.LeafCount() == 2;
     bool full_ = false;
     const bool mayWait_ = wanted_.forRegion && !wanted_.forCallback && !wanted_.onlyToGrowRegion;
 };

@@ -336,6 +336,68 @@ class LanePicker<N, false> {
     const std::uint8_t* places_;
 };
 
+/// Two rows of eight, one behind the other.
+HWY_INLINE F16 LoadRows(const float* first, const float* second) {
+    F16 r;
+    if constexpr (F16::kLanes == 16) {
+#if HWY_TARGET != HWY_SCALAR
+        const hn::Half<F16::Tag> half;
+        r.part[0] = hn::Combine(F16::Tag(), hn::Load(half, second), hn::Load(half, first));
+#endif
+    } else {
+        for (std::size_t i = 0; i < r.kParts / 2; ++i) {
+            r.part[i] = hn::Load(F16::Tag(), first + i * r.kLanes);
+            r.part[r.kParts / 2 + i] = hn::Load(F16::Tag(), second + i * r.kLanes);
+        }
+    }
+    return r;
+}
+
+/// The same for places in two rows, the one behind the other. Writes all lanes; behind the places
+/// in use, there must be others below sixteen.
+class TwoRowPicker {
+  public:
+    explicit HWY_INLINE TwoRowPicker(const std::uint8_t* places) : places_(places) {
+        if constexpr (kLanes >= 8) {
+            const hn::RebindToSigned<Tag> whole;
+            const hn::Rebind<std::uint8_t, Tag> narrow;
+            for (std::size_t i = 0; i < kParts; ++i) {
+                const auto place = hn::PromoteTo(whole, hn::LoadU(narrow, places + i * kLanes));
+                const auto lane = hn::And(place, hn::Set(whole, static_cast<int>(kLanes - 1)));
+                place_[i] = hn::IndicesFromVec(Tag(), lane);
+                inSecond_.part[i] = hn::RebindMask(Tag(), hn::Gt(place, hn::Set(whole, 7)));
+            }
+        }
+    }
+    HWY_INLINE void Store(const float* first, const float* second, float* to) const {
+        if constexpr (kLanes == 16) {
+            const auto values = LoadRows(first, second).part[0];
+            hn::Store(hn::TableLookupLanes(values, place_[0]), Tag(), to);
+        } else if constexpr (kLanes == 8) {
+            const auto low = hn::Load(Tag(), first);
+            const auto high = hn::Load(Tag(), second);
+            for (std::size_t i = 0; i < kParts; ++i) {
+                const auto picked =
+                    hn::IfThenElse(inSecond_.part[i], hn::TableLookupLanes(high, place_[i]),
+                                   hn::TableLookupLanes(low, place_[i]));
+                hn::Store(picked, Tag(), to + i * kLanes);
+            }
+        } else {
+            for (std::size_t i = 0; i < 16; ++i)
+                to[i] = (places_[i] < 8 ? first : second)[places_[i] % 8];
+        }
+    }
+
+  private:
+    using Tag = F16::Tag;
+    static constexpr std::size_t kLanes = F16::kLanes;
+    static constexpr std::size_t kParts = F16::kParts;
+
+    const std::uint8_t* places_;
+    decltype(hn::IndicesFromVec(Tag(), hn::Zero(hn::RebindToSigned<Tag>()))) place_[kParts];
+    PackMask<float, 16> inSecond_;
+};
+
 /// To memory wherever.
 template <typename T, std::size_t N>
 HWY_INLINE void StoreAnywhere(const Pack<T, N>& a, T* to) {
@@ -500,9 +562,10 @@ HWY_INLINE void StoreVector(const Vector3<Pack<float, N>>& v, float (*to)[N]) {
     Store(v.z, to[2]);
 }
 
-/// One lane of each, in all lanes.
-HWY_INLINE F8x3 BroadcastLane(const float (*from)[8], std::size_t lane) {
-    return {Broadcast<8>(from[0][lane]), Broadcast<8>(from[1][lane]), Broadcast<8>(from[2][lane])};
+/// One value of each row of eight, in all lanes.
+template <std::size_t N>
+HWY_INLINE Vector3<Pack<float, N>> BroadcastLane(const float (*from)[8], std::size_t lane) {
+    return {Broadcast<N>(from[0][lane]), Broadcast<N>(from[1][lane]), Broadcast<N>(from[2][lane])};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE

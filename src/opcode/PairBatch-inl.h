@@ -40,13 +40,18 @@ HWY_INLINE TriangleLanes<Pack<float, N>> LoadTriangle(const QueueRows& rows) {
     return t;
 }
 
-/// Adds the pairs of one triangle with some of another leaf, one bit each.
-template <Side kSideOfOne>
+/// Adds the pairs of one triangle with some of another leaf or of another two, one bit each.
+template <Side kSideOfOne, std::size_t kOthers>
 HWY_INLINE void AddPairs(unsigned one, unsigned others, CandidateList& list) {
-    std::uint8_t* ones = kSideOfOne == Side::kA ? list.inA : list.inB;
-    std::uint8_t* many = kSideOfOne == Side::kA ? list.inB : list.inA;
-    std::memset(ones + list.count, static_cast<int>(one), kWidth);
-    std::memcpy(many + list.count, kChosenLanes<kWidth>.lane[others], kWidth);
+    std::uint8_t* ones = (kSideOfOne == Side::kA ? list.inA : list.inB) + list.count;
+    std::uint8_t* many = (kSideOfOne == Side::kA ? list.inB : list.inA) + list.count;
+    std::memset(ones, static_cast<int>(one), kOthers);
+    std::memcpy(many, kChosenLanes<kWidth>.lane[others & 0xFFU], kWidth);
+    if constexpr (kOthers > kWidth) {
+        const unsigned second = others >> kWidth;
+        std::memcpy(many + hwy::PopCount(others & 0xFFU), kChosenLanes<kWidth, kWidth>.lane[second],
+                    kWidth);
+    }
     list.count += static_cast<unsigned>(hwy::PopCount(others));
 }
 
@@ -70,6 +75,21 @@ HWY_INLINE void CopyBatch(const CandidateList& list, PairQueue& batch) {
         CopyTriangles(*run.a, inA, range, batch.a);
         CopyTriangles(*run.b, inB, range, batch.b);
     }
+}
+
+HWY_INLINE void CopyTriangles(const Leaf* leaves, const TwoRowPicker& picker, QueueRows& rows) {
+    for (std::size_t k = 0; k < 3; ++k)
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            picker.Store(leaves[0].vertex[k][axis], leaves[1].vertex[k][axis],
+                         rows.vertex[k][axis]);
+    picker.Store(leaves[0].id, leaves[1].id, rows.id);
+}
+
+/// The same where both meshes have two leaves.
+HWY_INLINE void CopyBatchOfTwoLeaves(const CandidateList& list, PairQueue& batch) {
+    batch.count = std::min<unsigned>(list.count, kBatch);
+    CopyTriangles(list.runs[0].a, TwoRowPicker(list.inA), batch.a);
+    CopyTriangles(list.runs[0].b, TwoRowPicker(list.inB), batch.b);
 }
 
 HWY_INLINE void MoveRows(const QueueRows& from, const ChosenStore<kBatch>& store, std::size_t end,

@@ -56,23 +56,29 @@ struct PairQueue {
 
 /// Pairs of triangles that wait for a batch to fill, by their places in leaves.
 struct CandidateList {
-    // Nearly a batch, and one triangle with all of a leaf.
-    static constexpr std::size_t kCapacity = kBatch + kWidth;
+    // Nearly a batch, and one triangle with all of two leaves.
+    static constexpr std::size_t kCapacity = kBatch + 2 * kWidth;
 
-    /// Pairs from the same two leaves: up to where the next ones begin.
+    /// Pairs from the same two leaves: up to where the next ones begin. Where two small meshes meet
+    /// there is one run, from the first of their two leaves; places go on in the second.
     struct Run {
         const Leaf* a;
         const Leaf* b;
         unsigned begin;
     };
 
-    std::uint8_t inA[kCapacity] = {};
-    std::uint8_t inB[kCapacity] = {};
+    std::uint8_t inA[kCapacity];
+    std::uint8_t inB[kCapacity];
     Run runs[kCapacity];
     unsigned runCount = 0;
     unsigned count = 0;
 
-    void Clear() { runCount = count = 0; }
+    void Clear() {
+        // Idle places too must be such of the leaves to come.
+        std::memset(inA, 0, sizeof(inA));
+        std::memset(inB, 0, sizeof(inB));
+        runCount = count = 0;
+    }
 
     /// Pairs added from now on are of these leaves.
     void StartRun(const Leaf& a, const Leaf& b) {
@@ -82,8 +88,8 @@ struct CandidateList {
     }
     /// Forgets the first batch of pairs. What is left is of the last run.
     void DropBatch() {
-        std::memcpy(inA, inA + kBatch, kWidth);
-        std::memcpy(inB, inB + kBatch, kWidth);
+        std::memcpy(inA, inA + kBatch, 2 * kWidth);
+        std::memcpy(inB, inB + kBatch, 2 * kWidth);
         count -= std::min<unsigned>(count, kBatch);
         runs[0] = runs[runCount - 1];
         runs[0].begin = 0;
