@@ -405,8 +405,13 @@ class Descent {
             verdict = TestInSingle(batch, wanted_, *query_.region, ends_,
                                    hitBatches_ >= kPlacedAtOnce && mayWait_ ? &unplaced_ : nullptr);
         if (verdict.hit != 0) EmitHits(batch, verdict);
-        if (verdict.doubt != 0) {
-            MovePairs(batch, verdict.doubt, touching_);
+        if (verdict.flat != 0) {
+            MovePairs(batch, verdict.flat, coplanar_);
+            while (coplanar_.count >= kFineBatch && !full_)
+                DecideCoplanar();
+        }
+        if (const unsigned rest = verdict.doubt & ~verdict.flat; rest != 0) {
+            MovePairs(batch, rest, touching_);
             while (touching_.count >= kFineBatch && !full_)
                 DecideTouching();
         }

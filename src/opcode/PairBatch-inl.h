@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// Eight triangle pairs at a time. The test is the one of TriangleContact.cpp: the sides of the
+// Sixteen triangle pairs at a time. The test is the one of TriangleContact.cpp: the sides of the
 // vertices, the vertex that has the other plane to itself, and the order of the crossings along the
-// common line of the planes. It runs in single precision first; pairs that this cannot decide
-// (touching, coplanar, grazing) run in double precision, where terms that are all zero prove a
-// zero; what is left goes to the exact test.
+// common line of the planes. It runs in single precision first, where terms that are all zero prove
+// a zero, as where walls stand on a slab. What this cannot decide (grazing, coplanar but oblique)
+// runs in double precision, eight pairs at a time; what is left goes to the exact test.
 
 #if defined(KYCB_OPCODE_PAIR_BATCH_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef KYCB_OPCODE_PAIR_BATCH_INL_H_
@@ -140,7 +140,7 @@ struct alignas(64) SegmentEnds {
     float at[2][3][kBatch];
 };
 
-/// The verdict on eight pairs, one bit each. A pair in none of them touches nothing.
+/// The verdict on a batch of pairs, one bit each. A pair in none of them touches nothing.
 struct Verdict {
     unsigned hit;     // touching, with segment ends
     unsigned single;  // of these, those with one point only
@@ -263,7 +263,6 @@ HWY_INLINE EdgeVolumes<P> Exchanged(const EdgeVolumes<P>& o, const M& rows, cons
 struct EndChoice {
     PackMask<float, kBatch> onB;
     F16x3 to;
-    F16 toSide;  // of `to`, of the other triangle's plane
 };
 
 /// Where the chosen edges pass the plane of the other triangle: placed in double precision, and
@@ -318,14 +317,15 @@ struct RoughEnd {
     F16 error;
 };
 
-/// `span` is no less than the edge is long along each axis. Both sides are larger than their
+/// `toSide` is the side of the end of the edge. `span` is no less than the edge is long along each
+/// axis. Both sides are larger than their
 /// tolerance; where their difference is not much larger, the error exceeds the edge.
-HWY_INLINE RoughEnd FindRoughEnd(const EndChoice& end, const SidedTriangle& a,
+HWY_INLINE RoughEnd FindRoughEnd(const EndChoice& end, const F16& toSide, const SidedTriangle& a,
                                  const SidedTriangle& b, const F16& span, const F16& rounding) {
     const F16x3 from = Choose(end.onB, b.t.v[0], a.t.v[0]);
     const F16 fromSide = Magnitude(Choose(end.onB, b.side.v[0], a.side.v[0]));
     const F16 tolerance = Choose(end.onB, b.tolerance, a.tolerance);
-    const F16 apart = fromSide + Magnitude(end.toSide);
+    const F16 apart = fromSide + Magnitude(toSide);
     const F16 scale = Broadcast<kBatch>(1.0F) / Most(apart - (tolerance + tolerance), tolerance);
     const F16 t = fromSide * scale;
     const F16x3 edge = end.to - from;
@@ -422,6 +422,204 @@ HWY_INLINE F16 LeastMagnitude(const F16 (&d)[3]) {
     return Least(Magnitude(d[0]), Least(Magnitude(d[1]), Magnitude(d[2])));
 }
 
+/// Pairs of triangles, and on which side of the other's plane the corners of each lie, give or take
+/// a tolerance.
+struct SidedPairs {
+    TriangleF16 a;
+    TriangleF16 b;
+    CornerF16 sideA;
+    CornerF16 sideB;
+    F16 toleranceA;
+    F16 toleranceB;
+    BoxF16 boxA;
+    BoxF16 boxB;
+    F16 span;       // no two points of a pair are further apart along an axis
+    F16 tolerance;  // of a volume of an edge of a, one of b and a distance between them
+};
+
+/// The boxes of the two triangles must meet.
+HWY_INLINE SidedPairs FindSides(const TriangleF16& a, const TriangleF16& b) {
+    const F16x3 edgesA[2] = {a.v[1] - a.v[0], a.v[2] - a.v[0]};
+    const F16x3 edgesB[2] = {b.v[1] - b.v[0], b.v[2] - b.v[0]};
+    const F16x3 normalA = Cross(edgesA[0], edgesA[1]);
+    const F16x3 normalB = Cross(edgesB[0], edgesB[1]);
+    const F16x3 toB = b.v[0] - a.v[0];
+    const BoxF16 boxA = BoxOf(a);
+    const BoxF16 boxB = BoxOf(b);
+    const F16 extentA = LongestSide(boxA);
+    const F16 extentB = LongestSide(boxB);
+    const F16 span = extentA + extentB;
+    return {a,
+            b,
+            {{-Dot(normalB, toB), Dot(normalB, a.v[1] - b.v[0]), Dot(normalB, a.v[2] - b.v[0])}},
+            {{Dot(normalA, toB), Dot(normalA, b.v[1] - a.v[0]), Dot(normalA, b.v[2] - a.v[0])}},
+            VolumeTolerance(Norm(edgesB[0]) * Norm(edgesB[1]), span),
+            VolumeTolerance(Norm(edgesA[0]) * Norm(edgesA[1]), span),
+            boxA,
+            boxB,
+            span,
+            VolumeTolerance(extentA * extentB, span)};
+}
+
+/// The lanes in which two points agree, axis by axis, so that their difference is zero there; one
+/// bit each. Told from the points, because a difference that is none may be flushed to zero.
+struct EqualLanes {
+    unsigned x;
+    unsigned y;
+    unsigned z;
+};
+
+HWY_INLINE EqualLanes WhereEqual(const F16x3& p, const F16x3& q) {
+    return {Bits(p.x == q.x), Bits(p.y == q.y), Bits(p.z == q.z)};
+}
+
+/// Where the components of a cross product of two differences are zero because all terms are.
+HWY_INLINE EqualLanes ZerosOfCross(const EqualLanes& u, const EqualLanes& v) {
+    return {(u.y | v.z) & (u.z | v.y), (u.z | v.x) & (u.x | v.z), (u.x | v.y) & (u.y | v.x)};
+}
+
+/// The same for a scalar product.
+HWY_INLINE unsigned ZerosOfDot(const EqualLanes& u, const EqualLanes& v) {
+    return (u.x | v.x) & (u.y | v.y) & (u.z | v.z);
+}
+
+/// What is sure of the sides of the corners of a triangle, one bit for each pair.
+struct CornerSigns {
+    unsigned above[3];
+    unsigned below[3];
+    unsigned on[3];
+
+    unsigned Known() const {
+        unsigned known = ~0U;
+        for (std::size_t k = 0; k < 3; ++k)
+            known &= above[k] | below[k] | on[k];
+        return known;
+    }
+    unsigned AllOn() const { return on[0] & on[1] & on[2]; }
+    /// Whether two corners lie on the same side, off the plane.
+    unsigned AreTogether(std::size_t i, std::size_t k) const {
+        return (above[i] & above[k]) | (below[i] & below[k]);
+    }
+    /// Whether a corner has its side to itself, or lies on the plane with both others on one side:
+    /// as FindLoneVertex.
+    unsigned IsLone(std::size_t i) const {
+        const std::size_t p = (i + 1) % 3;
+        const std::size_t q = (i + 2) % 3;
+        return ~AreTogether(i, p) & ~AreTogether(i, q) & (~on[i] | AreTogether(p, q));
+    }
+};
+
+/// `plane` is of the other triangle.
+HWY_INLINE CornerSigns SignsOf(const CornerF16& side, const F16& tolerance, const TriangleF16& t,
+                               const TriangleF16& plane) {
+    const EqualLanes normal =
+        ZerosOfCross(WhereEqual(plane.v[1], plane.v[0]), WhereEqual(plane.v[2], plane.v[0]));
+    CornerSigns signs;
+    for (std::size_t k = 0; k < 3; ++k) {
+        signs.above[k] = Bits(side.v[k] > tolerance);
+        signs.below[k] = Bits(side.v[k] < -tolerance);
+        signs.on[k] = ZerosOfDot(normal, WhereEqual(t.v[k], plane.v[0]));
+    }
+    return signs;
+}
+
+/// A triangle turned to its lone vertex.
+struct LoneCorners {
+    TriangleF16 t;
+    unsigned on[3];    // the corners on the other's plane
+    unsigned isBelow;  // whether the lone vertex is below, or the others above
+};
+
+HWY_INLINE LoneCorners TurnToLone(const TriangleF16& t, const CornerSigns& signs) {
+    const unsigned first = signs.IsLone(0);
+    const unsigned second = signs.IsLone(1) & ~first;
+    const unsigned third = ~first & ~second;
+    const auto turned = [&](const unsigned(&bits)[3], std::size_t k) {
+        return (first & bits[k]) | (second & bits[(k + 1) % 3]) | (third & bits[(k + 2) % 3]);
+    };
+    LoneCorners lone;
+    lone.t = TurnedTo(t, MaskOf<kBatch>(second), MaskOf<kBatch>(third));
+    for (std::size_t k = 0; k < 3; ++k)
+        lone.on[k] = turned(signs.on, k);
+    lone.isBelow = turned(signs.below, 0) | (lone.on[0] & turned(signs.above, 1));
+    return lone;
+}
+
+/// Exchanges the other two corners, in some lanes.
+HWY_INLINE void ExchangeOthers(LoneCorners& corners, unsigned lanes) {
+    const auto chosen = MaskOf<kBatch>(lanes);
+    const F16x3 second = corners.t.v[1];
+    corners.t.v[1] = Choose(chosen, corners.t.v[2], second);
+    corners.t.v[2] = Choose(chosen, second, corners.t.v[2]);
+    const unsigned differing = (corners.on[1] ^ corners.on[2]) & lanes;
+    corners.on[1] ^= differing;
+    corners.on[2] ^= differing;
+}
+
+/// Where an edge from the lone vertex ends on the other's plane, it ends in a corner.
+HWY_INLINE void PutOnCorners(const EndChoice& choice, const LoneCorners& p, std::size_t toP,
+                             const LoneCorners& q, std::size_t toQ, F16x3& end) {
+    const unsigned onB = Bits(choice.onB);
+    const auto isStart = MaskOf<kBatch>((onB & q.on[0]) | (~onB & p.on[0]));
+    const auto isTo = MaskOf<kBatch>((onB & q.on[toQ]) | (~onB & p.on[toP]));
+    const F16x3 start = Choose(choice.onB, q.t.v[0], p.t.v[0]);
+    end = Choose(isTo, choice.to, Choose(isStart, start, end));
+}
+
+/// What is left of the test in single precision for a batch in which corners lie on planes, or
+/// nearly so. Those that are on it for sure count as such.
+inline HWY_NOINLINE Verdict TestTouching(const SidedPairs& pairs, unsigned close,
+                                         const EndsWanted& wanted, Box& region, SegmentEnds& ends) {
+    const CornerSigns signsA = SignsOf(pairs.sideA, pairs.toleranceA, pairs.a, pairs.b);
+    const CornerSigns signsB = SignsOf(pairs.sideB, pairs.toleranceB, pairs.b, pairs.a);
+    const unsigned known = close & signsA.Known() & signsB.Known();
+    const unsigned flatA = signsA.AllOn();
+    const unsigned flatB = signsB.AllOn();
+    const unsigned flat = known & flatA & flatB;
+    const unsigned sure = known & ~flatA & ~flatB;
+    if (sure == 0) return {0, 0, close, flat, false};
+
+    LoneCorners p = TurnToLone(pairs.a, signsA);
+    LoneCorners q = TurnToLone(pairs.b, signsB);
+    const unsigned rows = q.isBelow;
+    const unsigned columns = p.isBelow;
+    ExchangeOthers(p, rows);
+    ExchangeOthers(q, columns);
+    const F16x3& from = p.t.v[0];
+    const F16x3& to = q.t.v[0];
+    const F16x3 w = to - from;
+    const F16x3 v1 = q.t.v[1] - to;
+    const F16x3 v2 = q.t.v[2] - to;
+    const F16x3 u1w = Cross(p.t.v[1] - from, w);
+    const F16x3 u2w = Cross(p.t.v[2] - from, w);
+    const F16 atStart = Dot(u1w, v1);
+    const F16 atEnd = Dot(u2w, v2);
+    const EqualLanes wZeros = WhereEqual(to, from);
+    const unsigned startZero =
+        ZerosOfDot(ZerosOfCross(WhereEqual(p.t.v[1], from), wZeros), WhereEqual(q.t.v[1], to));
+    const unsigned endZero =
+        ZerosOfDot(ZerosOfCross(WhereEqual(p.t.v[2], from), wZeros), WhereEqual(q.t.v[2], to));
+    const F16& tolerance = pairs.tolerance;
+    const unsigned passing = sure & Bits((atStart > tolerance) | (atEnd < -tolerance));
+    const unsigned hit =
+        sure & (Bits(atStart < -tolerance) | startZero) & (Bits(atEnd > tolerance) | endZero);
+    const BoxF16 common = CommonBox(pairs.boxA, pairs.boxB);
+    const bool hasPoints = hit != 0 && wanted.Needs((hit & Bits(ReachesOut(common, region))) != 0);
+    if (hasPoints) {
+        const F16 zero = Broadcast<kBatch>(0.0F);
+        const auto startOnB = Dot(u2w, v1) >= zero;
+        const auto endOnB = Dot(u1w, v2) < zero;
+        const EndChoice choice[2] = {{startOnB, Choose(startOnB, q.t.v[1], p.t.v[2])},
+                                     {endOnB, Choose(endOnB, q.t.v[2], p.t.v[1])}};
+        F16x3 placed[2];
+        PlaceEnds(p.t, q.t, choice, common, placed);
+        PutOnCorners(choice[0], p, 2, q, 1, placed[0]);
+        PutOnCorners(choice[1], p, 1, q, 2, placed[1]);
+        DeliverEnds(MaskOf<kBatch>(hit), placed, wanted, region, ends);
+    }
+    return {hit, hit & (startZero | endZero), close & ~hit & ~passing, flat, hasPoints};
+}
+
 /// The test in single precision of the first batch of pairs. Coordinates must be small enough for
 /// products of three, and the boxes of the triangles of each pair must meet. Points that the region
 /// cannot do without go there, or the batch, which must be the next one of `unplaced` unless that
@@ -429,43 +627,28 @@ HWY_INLINE F16 LeastMagnitude(const F16 (&d)[3]) {
 inline HWY_NOINLINE Verdict TestInSingle(const PairQueue& queue, const EndsWanted& wanted,
                                          Box& region, SegmentEnds& ends, UnplacedEnds* unplaced) {
     const unsigned live = queue.LiveLanes(kBatch);
-    const TriangleF16 a = LoadTriangle<kBatch>(queue.a);
-    const TriangleF16 b = LoadTriangle<kBatch>(queue.b);
-    const F16x3 edgesA[2] = {a.v[1] - a.v[0], a.v[2] - a.v[0]};
-    const F16x3 edgesB[2] = {b.v[1] - b.v[0], b.v[2] - b.v[0]};
-    const F16x3 normalA = Cross(edgesA[0], edgesA[1]);
-    const F16x3 normalB = Cross(edgesB[0], edgesB[1]);
-    const F16x3 toB = b.v[0] - a.v[0];
-    const F16 sideB[3] = {Dot(normalA, toB), Dot(normalA, b.v[1] - a.v[0]),
-                          Dot(normalA, b.v[2] - a.v[0])};
-    const F16 sideA[3] = {-Dot(normalB, toB), Dot(normalB, a.v[1] - b.v[0]),
-                          Dot(normalB, a.v[2] - b.v[0])};
-    const BoxF16 boxA = BoxOf(a);
-    const BoxF16 boxB = BoxOf(b);
-    const F16 extentA = LongestSide(boxA);
-    const F16 extentB = LongestSide(boxB);
-    // Boxes that meet hold no two points further apart than this along an axis.
-    const F16 span = extentA + extentB;
-    const F16 toleranceB = VolumeTolerance(Norm(edgesA[0]) * Norm(edgesA[1]), span);
-    const F16 toleranceA = VolumeTolerance(Norm(edgesB[0]) * Norm(edgesB[1]), span);
+    const SidedPairs pairs =
+        FindSides(LoadTriangle<kBatch>(queue.a), LoadTriangle<kBatch>(queue.b));
+    const F16(&sideA)[3] = pairs.sideA.v;
+    const F16(&sideB)[3] = pairs.sideB.v;
+    const F16& toleranceA = pairs.toleranceA;
+    const F16& toleranceB = pairs.toleranceB;
     const auto apart = (LeastOf(sideB) > toleranceB) | (MostOf(sideB) < -toleranceB) |
                        (LeastOf(sideA) > toleranceA) | (MostOf(sideA) < -toleranceA);
     const unsigned close = live & ~Bits(apart);
     if (close == 0) return {};
     const auto sure = (LeastMagnitude(sideB) > toleranceB) & (LeastMagnitude(sideA) > toleranceA);
-    if ((close & Bits(sure)) == 0) return {0, 0, close, 0, false};
+    if ((close & ~Bits(sure)) != 0) return TestTouching(pairs, close, wanted, region, ends);
 
     const F16 zero = Broadcast<kBatch>(0.0F);
     const auto isThirdA = ((sideA[0] > zero) ^ (sideA[1] < zero));
     const auto isSecondA = ((sideA[0] > zero) ^ (sideA[2] < zero));
     const auto isThirdB = ((sideB[0] > zero) ^ (sideB[1] < zero));
     const auto isSecondB = ((sideB[0] > zero) ^ (sideB[2] < zero));
-    const SidedTriangle turnedA = {
-        TurnedTo(a, isSecondA, isThirdA),
-        TurnedTo(CornerF16{{sideA[0], sideA[1], sideA[2]}}, isSecondA, isThirdA), toleranceA};
-    const SidedTriangle turnedB = {
-        TurnedTo(b, isSecondB, isThirdB),
-        TurnedTo(CornerF16{{sideB[0], sideB[1], sideB[2]}}, isSecondB, isThirdB), toleranceB};
+    const SidedTriangle turnedA = {TurnedTo(pairs.a, isSecondA, isThirdA),
+                                   TurnedTo(pairs.sideA, isSecondA, isThirdA), toleranceA};
+    const SidedTriangle turnedB = {TurnedTo(pairs.b, isSecondB, isThirdB),
+                                   TurnedTo(pairs.sideB, isSecondB, isThirdB), toleranceB};
     const TriangleF16& p = turnedA.t;
     const TriangleF16& q = turnedB.t;
     const auto loneBelowB = turnedA.side.v[0] < zero;
@@ -479,31 +662,32 @@ inline HWY_NOINLINE Verdict TestInSingle(const PairQueue& queue, const EndsWante
     const EdgeVolumes<F16> o =
         Exchanged(EdgeVolumes<F16>{Dot(u1w, v1), Dot(u1w, v2), Dot(u2w, v1), Dot(u2w, v2)},
                   loneBelowA, loneBelowB);
-    const F16 tolerance = VolumeTolerance(extentA * extentB, span);
-    const auto crossing = sure & (o.o11 < -tolerance) & (o.o22 > tolerance);
-    const unsigned passing = Bits(sure & ((o.o11 > tolerance) | (o.o22 < -tolerance)));
-    const unsigned hit = close & Bits(crossing);
+    const F16& tolerance = pairs.tolerance;
+    const unsigned passing = Bits((o.o11 > tolerance) | (o.o22 < -tolerance));
+    const unsigned hit = close & Bits((o.o11 < -tolerance) & (o.o22 > tolerance));
     bool hasPoints = false;
     if (hit != 0) {
-        const BoxF16 common = CommonBox(boxA, boxB);
+        const BoxF16 common = CommonBox(pairs.boxA, pairs.boxB);
         hasPoints = wanted.Needs((hit & Bits(ReachesOut(common, region))) != 0);
         if (hasPoints) {
             // The edges that bound the common segment, by the corner that they lead to.
             const auto choose = [&](const PackMask<float, kBatch>& onB, std::size_t k) {
                 const std::size_t other = 3 - k;
-                return EndChoice{
-                    onB,
-                    Choose(onB, Choose(loneBelowB, q.v[k], q.v[other]),
-                           Choose(loneBelowA, p.v[other], p.v[k])),
-                    Choose(onB, Choose(loneBelowB, turnedB.side.v[k], turnedB.side.v[other]),
-                           Choose(loneBelowA, turnedA.side.v[other], turnedA.side.v[k]))};
+                return EndChoice{onB, Choose(onB, Choose(loneBelowB, q.v[k], q.v[other]),
+                                             Choose(loneBelowA, p.v[other], p.v[k]))};
             };
             const EndChoice choice[2] = {choose(o.o21 >= zero, 2), choose(o.o12 < zero, 1)};
             if (unplaced != nullptr) {
                 const F16 rounding = Broadcast<kBatch>(unplaced->Rounding());
+                const auto roughEnd = [&](const EndChoice& end, std::size_t k) {
+                    const std::size_t other = 3 - k;
+                    const F16 toSide = Choose(
+                        end.onB, Choose(loneBelowB, turnedB.side.v[k], turnedB.side.v[other]),
+                        Choose(loneBelowA, turnedA.side.v[other], turnedA.side.v[k]));
+                    return FindRoughEnd(end, toSide, turnedA, turnedB, pairs.span, rounding);
+                };
                 const EndBounds bounds =
-                    BoundsOf(FindRoughEnd(choice[0], turnedA, turnedB, span, rounding),
-                             FindRoughEnd(choice[1], turnedA, turnedB, span, rounding), common);
+                    BoundsOf(roughEnd(choice[0], 2), roughEnd(choice[1], 1), common);
                 const unsigned lanes = hit & Bits(ReachesOut(bounds.outer, region));
                 if (lanes != 0) unplaced->Add(lanes, bounds);
                 hasPoints = false;
