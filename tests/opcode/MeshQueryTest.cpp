@@ -137,9 +137,9 @@ MeshData Pipe(float radius, int around, int along) {
     return mesh;
 }
 
-MeshData HardSoup(Random& random, const HardFamily& family, bool first) {
+MeshData HardSoup(Random& random, const HardFamily& family, bool first, int count) {
     MeshData mesh;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < count; ++i) {
         const TrianglePair pair = family.make(random);
         const Triangle& t = first ? pair.a : pair.b;
         mesh.AddTriangle(t.v[0], t.v[1], t.v[2]);
@@ -167,9 +167,15 @@ std::vector<MeshPair> AllMeshPairs() {
     pairs.push_back({"one plane", OnePlane(random, 60, 6), OnePlane(random, 90, 8)});
     pairs.push_back({"pipe in pipe", Pipe(0.2F, 24, 9), Pipe(0.21F, 24, 9)});
     pairs.push_back({"pipe grazing a pipe", Pipe(0.2F, 24, 9), Pipe(0.2001F, 20, 9)});
-    for (const HardFamily& family : HardFamilies())
-        pairs.push_back(
-            {family.name, HardSoup(random, family, true), HardSoup(random, family, false)});
+    for (const HardFamily& family : HardFamilies()) {
+        // Meshes of nine to sixteen triangles, as boxes and plates are, have a way of their own.
+        for (const auto& [a, b] : {std::pair(40, 40), {9, 16}, {16, 12}, {12, 9}, {12, 40}})
+            pairs.push_back(
+                {family.name + std::string(" ") + std::to_string(a) + "/" + std::to_string(b),
+                 HardSoup(random, family, true, a), HardSoup(random, family, false, b)});
+    }
+    for (int i = 0; i < 20; ++i)
+        pairs.push_back({"two boxes", GridBoxes(random, 1), GridBoxes(random, 1)});
     return pairs;
 }
 
@@ -190,6 +196,37 @@ bool SameBits(const std::vector<Point>& a, const std::vector<Point>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Point& p, const Point& q) {
         return std::memcmp(&p, &q, sizeof(Point)) == 0;
     });
+}
+
+struct Region {
+    bool kept = false;
+    Point low;
+    Point high;
+};
+
+Region RegionOf(const Opcode::AABBTreeCollider& collider) {
+    Region region;
+    region.kept = collider.GetContactRegion(region.low, region.high);
+    return region;
+}
+
+void ExpectSame(const Region& a, const Region& b, const std::string& name) {
+    EXPECT_EQ(a.kept, b.kept) << name;
+    const auto coordinates = [](const Region& r) {
+        return std::vector<float>{r.low.x, r.low.y, r.low.z, r.high.x, r.high.y, r.high.z};
+    };
+    EXPECT_EQ(coordinates(a), coordinates(b)) << name;
+}
+
+Region BoxOfPoints(const std::vector<Point>& points) {
+    if (points.empty()) return {};
+    Region box = {true, points[0], points[0]};
+    for (const Point& p : points) {
+        box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y), std::min(box.low.z, p.z)};
+        box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y),
+                    std::max(box.high.z, p.z)};
+    }
+    return box;
 }
 
 TEST(MeshQuery, RunsOnTheInstructionSetThatIsForced) {
@@ -260,6 +297,47 @@ TEST(MeshQuery, AgreesWithRationalsWhereFacesAndEdgesMeet) {
         }
     }
     EXPECT_GT(touching, 20U);
+}
+
+TEST(MeshQuery, AgreesWithRationalsWhereOneBoxMeetsAnother) {
+    std::size_t touching = 0;
+    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
+        Random random(seed);
+        const MeshData a = GridBoxes(random, 1);
+        const MeshData b = GridBoxes(random, 1);
+        const PairList expected = ByRationals(a, b);
+        if (!expected.empty()) ++touching;
+        for (const std::int64_t target : Targets()) {
+            const OnlyTarget only(target);
+            EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected)
+                << seed << " on " << target;
+        }
+    }
+    EXPECT_GT(touching, 5U);
+    EXPECT_LT(touching, 30U);
+}
+
+// A beam on a slab, everything in steps of 1/1024 m.
+TEST(MeshQuery, FindsTheRectangleOnWhichABoxStandsOnAnother) {
+    Random random(8);
+    for (int i = 0; i < 50; ++i) {
+        const auto step = [&](int most) {
+            return static_cast<float>(1 + random.Below(most)) / 1024.0F;
+        };
+        const Point low{step(9000), step(9000), step(9000)};
+        const Point high{low.x + 3 + step(4000), low.y + step(400), low.z + step(400)};
+        const Point beamLow{low.x + step(1500), low.y - step(1500), high.z};
+        const Point beamHigh{beamLow.x + step(500), high.y + step(1500), high.z + step(500)};
+        const BuiltMesh slab(MakeBox(low, high));
+        const BuiltMesh beam(MakeBox(beamLow, beamHigh));
+        const Region rectangle = {true, {beamLow.x, low.y, high.z}, {beamHigh.x, high.y, high.z}};
+        for (const auto mode : {Opcode::ContactRegion::kKept, Opcode::ContactRegion::kOnly}) {
+            Opcode::AABBTreeCollider collider;
+            collider.SetContactRegion(mode);
+            Query(collider, slab, beam);
+            ExpectSame(RegionOf(collider), rectangle, std::to_string(i));
+        }
+    }
 }
 
 TEST(MeshQuery, TellsPipesInPipesFromPipesThatTouch) {
@@ -389,37 +467,6 @@ TEST(MeshQuery, HandlesManyTrianglesInOnePlace) {
     MeshData needle;
     needle.AddTriangle({0.2F, 0.2F, -1}, {0.2F, 0.2F, 1}, {0.3F, 0.2F, 1});
     EXPECT_EQ(Query(BuiltMesh(mesh), BuiltMesh(needle)).pairs.size(), 200U);
-}
-
-struct Region {
-    bool kept = false;
-    Point low;
-    Point high;
-};
-
-Region RegionOf(const Opcode::AABBTreeCollider& collider) {
-    Region region;
-    region.kept = collider.GetContactRegion(region.low, region.high);
-    return region;
-}
-
-void ExpectSame(const Region& a, const Region& b, const std::string& name) {
-    EXPECT_EQ(a.kept, b.kept) << name;
-    const auto coordinates = [](const Region& r) {
-        return std::vector<float>{r.low.x, r.low.y, r.low.z, r.high.x, r.high.y, r.high.z};
-    };
-    EXPECT_EQ(coordinates(a), coordinates(b)) << name;
-}
-
-Region BoxOfPoints(const std::vector<Point>& points) {
-    if (points.empty()) return {};
-    Region box = {true, points[0], points[0]};
-    for (const Point& p : points) {
-        box.low = {std::min(box.low.x, p.x), std::min(box.low.y, p.y), std::min(box.low.z, p.z)};
-        box.high = {std::max(box.high.x, p.x), std::max(box.high.y, p.y),
-                    std::max(box.high.z, p.z)};
-    }
-    return box;
 }
 
 TEST(MeshQuery, KeepsTheBoxOfAllContactPointsAsItsRegion) {
