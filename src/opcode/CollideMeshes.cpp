@@ -28,6 +28,7 @@ template <std::size_t kLeaves>
 class LeafRows {
   public:
     static constexpr std::size_t kLanes = kLeaves * kWidth;
+    static constexpr bool kIsOneLeaf = kLeaves == 1;
     using Values = Pack<float, kLanes>;
     using Vectors = Vector3<Values>;
 
@@ -60,7 +61,7 @@ class LeafRows {
   private:
     template <class RowOf>
     HWY_INLINE Values Row(RowOf rowOf) const {
-        if constexpr (kLeaves == 1)
+        if constexpr (kIsOneLeaf)
             return Load<kWidth>(rowOf(leaves_[0]));
         else
             return LoadRows(rowOf(leaves_[0]), rowOf(leaves_[1]));
@@ -186,10 +187,11 @@ class Descent {
         outermost_.count = 0;
         unplaced_.Clear(reach_);
         stack.clear();
-        if (areSmall_)
-            VisitAllTriangles();
+        const PlacePair roots = {a_.Root(), b_.Root()};
+        if (endsOfA_ != 0 && endsOfB_ != 0)
+            VisitEnds(roots, EndsOf(a_.BoundingBox()), EndsOf(b_.BoundingBox()));
         else
-            stack.push_back({a_.Root(), b_.Root()});
+            stack.push_back(roots);
         while (!stack.empty() && !full_) {
             const PlacePair pair = stack.back();
             stack.pop_back();
@@ -225,12 +227,19 @@ class Descent {
         const EndsOfBox boxA = BoxOf(a_, pair.a);
         const EndsOfBox boxB = BoxOf(b_, pair.b);
         if (CanBePassedOver(boxA, boxB)) return;
-        if (pair.a.IsLeaf() && pair.b.IsLeaf()) {
-            VisitLeaves(FilledLeaf(a_, pair.a.index), boxA, FilledLeaf(b_, pair.b.index), boxB);
-        } else if (pair.a.IsLeaf()) {
+        if (HWY_LIKELY(pair.a.IsLeaf() && pair.b.IsLeaf())) {
+            VisitTriangles(LeafRows<1>(&FilledLeaf(a_, pair.a.index)), boxA,
+                           LeafRows<1>(&FilledLeaf(b_, pair.b.index)), boxB);
+            return;
+        }
+        const bool isEndOfA = pair.a.level == endsOfA_;
+        const bool isEndOfB = pair.b.level == endsOfB_;
+        if (isEndOfA && isEndOfB) {
+            VisitEnds(pair, boxA, boxB);
+        } else if (isEndOfA) {
             for (unsigned m = Meeting(b_.ChildBoxes(pair.b), boxA); m != 0; m &= m - 1)
                 stack.push_back({pair.a, pair.b.Child(FirstBit(m))});
-        } else if (pair.b.IsLeaf()) {
+        } else if (isEndOfB) {
             for (unsigned m = Meeting(a_.ChildBoxes(pair.a), boxB); m != 0; m &= m - 1)
                 stack.push_back({pair.a.Child(FirstBit(m)), pair.b});
         } else {
@@ -290,82 +299,82 @@ class Descent {
             Prefetch(b_, pair.b.Child(FirstBit(partners)));
     }
 
-    /// All triangles of two meshes of two leaves: nearly every wall, slab, beam and column. Doing
-    /// without the tree costs them half as much as four pairs of leaves.
-    HWY_INLINE void VisitAllTriangles() {
-        const EndsOfBox boxA = EndsOf(a_.BoundingBox());
-        const EndsOfBox boxB = EndsOf(b_.BoundingBox());
-        const LeafRows<2> x = FilledTwoLeaves(a_);
-        const LeafRows<2> y = FilledTwoLeaves(b_);
-        const auto boxesX = x.Boxes();
-        const auto boxesY = y.Boxes();
-        Sweep(x, boxesX, Meeting(boxesX, boxB), boxA, y, boxesY, Meeting(boxesY, boxA), boxB);
+    /// The level at which a mesh is walked down no further: the leaves, or both leaves of a mesh
+    /// that has two, which nearly every wall, slab, beam and column does. Two boxes then take one
+    /// visit instead of four.
+    static std::uint32_t LevelOfEnds(const MeshTree& tree) { return tree.LeafCount() == 2 ? 1 : 0; }
+
+    /// Two ends, at least one of which is a mesh of two leaves.
+    HWY_NOINLINE void VisitEnds(const PlacePair& pair, const EndsOfBox& boxA,
+                                const EndsOfBox& boxB) {
+        if (pair.a.IsLeaf())
+            VisitTriangles(LeafRows<1>(&FilledLeaf(a_, pair.a.index)), boxA, TwoLeavesOf(b_), boxB);
+        else if (pair.b.IsLeaf())
+            VisitTriangles(TwoLeavesOf(a_), boxA, LeafRows<1>(&FilledLeaf(b_, pair.b.index)), boxB);
+        else
+            VisitTriangles(TwoLeavesOf(a_), boxA, TwoLeavesOf(b_), boxB);
     }
 
-    static HWY_INLINE LeafRows<2> FilledTwoLeaves(MeshTree& tree) {
+    static HWY_INLINE LeafRows<2> TwoLeavesOf(MeshTree& tree) {
         FilledLeaf(tree, 1);
         return LeafRows<2>(&FilledLeaf(tree, 0));
     }
 
-    HWY_INLINE void VisitLeaves(const Leaf& leafX, const EndsOfBox& boxX, const Leaf& leafY,
-                                const EndsOfBox& boxY) {
-        const LeafRows<1> x(&leafX);
-        const LeafRows<1> y(&leafY);
-        const BoxF8 boxesX = x.Boxes();
-        const BoxF8 boxesY = y.Boxes();
+    /// Chooses the pairs of triangles of two ends whose boxes meet.
+    template <class RowsX, class RowsY>
+    HWY_INLINE void VisitTriangles(RowsX x, const EndsOfBox& boxX, RowsY y, const EndsOfBox& boxY) {
+        const auto boxesX = x.Boxes();
+        const auto boxesY = y.Boxes();
         auto rows = Meeting(boxesX, boxY);
         auto columns = Meeting(boxesY, boxX);
         if (!Any(rows) || !Any(columns)) return;
-        if (isPatchUsable_) {
-            if (leafY.hasPatch) rows = rows & ReachingPatch(leafY, leafX);
-            if (leafX.hasPatch) columns = columns & ReachingPatch(leafX, leafY);
-        }
-        Sweep(x, boxesX, rows, boxX, y, boxesY, columns, boxY);
-    }
-
-    /// The triangles of `leaf` that are not wholly on one side of the patch of another, which is
-    /// what keeps apart the walls of pipes inside pipes.
-    HWY_INLINE PackMask<float, 8> ReachingPatch(const Leaf& other, const Leaf& leaf) const {
-        const F8x3 n = {Broadcast<8>(other.patchNormal[0]), Broadcast<8>(other.patchNormal[1]),
-                        Broadcast<8>(other.patchNormal[2])};
-        const F8 along[3] = {Dot(n, LoadVector(leaf.vertex[0])), Dot(n, LoadVector(leaf.vertex[1])),
-                             Dot(n, LoadVector(leaf.vertex[2]))};
-        return (LeastOf(along) <= Broadcast<8>(other.patchHigh + patchSlack_)) &
-               (MostOf(along) >= Broadcast<8>(other.patchLow - patchSlack_));
-    }
-
-    /// Chooses the pairs of triangles of two sets whose boxes meet.
-    template <class Rows>
-    HWY_INLINE void Sweep(const Rows& x, const BoxLanes<typename Rows::Values>& boxesX,
-                          PackMask<float, Rows::kLanes> rows, const EndsOfBox& boxX, const Rows& y,
-                          const BoxLanes<typename Rows::Values>& boxesY,
-                          PackMask<float, Rows::kLanes> columns, const EndsOfBox& boxY) {
-        constexpr std::size_t kLanes = Rows::kLanes;
         if (OnlyRegionCounts()) {
             const Box& region = *query_.region;
-            rows = rows & ReachesOut(CommonBox(boxesX, Everywhere<kLanes>(boxY)), region);
-            columns = columns & ReachesOut(CommonBox(boxesY, Everywhere<kLanes>(boxX)), region);
+            rows = rows & ReachesOut(CommonBox(boxesX, Everywhere<RowsX::kLanes>(boxY)), region);
+            columns =
+                columns & ReachesOut(CommonBox(boxesY, Everywhere<RowsY::kLanes>(boxX)), region);
+        }
+        if (isPatchUsable_) {
+            if constexpr (RowsY::kIsOneLeaf)
+                if (y.First().hasPatch) rows = rows & ReachingPatch(y.First(), x);
+            if constexpr (RowsX::kIsOneLeaf)
+                if (x.First().hasPatch) columns = columns & ReachingPatch(x.First(), y);
         }
         const unsigned rowBits = Bits(rows);
         const unsigned columnBits = Bits(columns);
         if (rowBits == 0 || columnBits == 0) return;
         candidates_.StartRun(x.First(), y.First());
         if (hwy::PopCount(rowBits) <= hwy::PopCount(columnBits))
-            SweepRows<Side::kA>(x, boxesX, rowBits, y, boxesY, columns);
+            Sweep<Side::kA>(x, boxesX, rowBits, y, boxesY, columns);
         else
-            SweepRows<Side::kB>(y, boxesY, columnBits, x, boxesX, rows);
+            Sweep<Side::kB>(y, boxesY, columnBits, x, boxesX, rows);
+    }
+
+    /// The triangles that are not wholly on one side of the patch of a leaf, which is what keeps
+    /// apart the walls of pipes inside pipes.
+    template <class Rows>
+    HWY_INLINE PackMask<float, Rows::kLanes> ReachingPatch(const Leaf& leaf,
+                                                           const Rows& rows) const {
+        constexpr std::size_t kLanes = Rows::kLanes;
+        const typename Rows::Vectors n = {Broadcast<kLanes>(leaf.patchNormal[0]),
+                                          Broadcast<kLanes>(leaf.patchNormal[1]),
+                                          Broadcast<kLanes>(leaf.patchNormal[2])};
+        const typename Rows::Values along[3] = {Dot(n, rows.Corner(0)), Dot(n, rows.Corner(1)),
+                                                Dot(n, rows.Corner(2))};
+        return (LeastOf(along) <= Broadcast<kLanes>(leaf.patchHigh + patchSlack_)) &
+               (MostOf(along) >= Broadcast<kLanes>(leaf.patchLow - patchSlack_));
     }
 
     /// One triangle of `x` after the other against all of `y`.
-    template <Side kSideOfX, class Rows>
-    HWY_INLINE void SweepRows(const Rows& x, const BoxLanes<typename Rows::Values>& boxesX,
-                              unsigned rows, const Rows& y,
-                              const BoxLanes<typename Rows::Values>& boxesY,
-                              const PackMask<float, Rows::kLanes>& columns) {
-        constexpr std::size_t kLanes = Rows::kLanes;
+    template <Side kSideOfX, class RowsX, class RowsY>
+    HWY_INLINE void Sweep(const RowsX& x, const BoxLanes<typename RowsX::Values>& boxesX,
+                          unsigned rows, const RowsY& y,
+                          const BoxLanes<typename RowsY::Values>& boxesY,
+                          const PackMask<float, RowsY::kLanes>& columns) {
+        constexpr std::size_t kLanes = RowsY::kLanes;
         struct alignas(64) {
-            float low[3][kLanes];
-            float high[3][kLanes];
+            float low[3][RowsX::kLanes];
+            float high[3][RowsX::kLanes];
         } ends;
         StoreVector(boxesX.low, ends.low);
         StoreVector(boxesX.high, ends.high);
@@ -393,12 +402,21 @@ class Descent {
         }
     }
 
+    HWY_INLINE void CopyCandidates(PairQueue& batch) const {
+        const bool areInTwoLeavesA = endsOfA_ != 0;
+        const bool areInTwoLeavesB = endsOfB_ != 0;
+        // Told apart once, so that nothing is asked for each leaf.
+        if (!areInTwoLeavesA && !areInTwoLeavesB)
+            CopyBatch(candidates_, false, false, batch);
+        else if (areInTwoLeavesA && areInTwoLeavesB)
+            CopyBatch(candidates_, true, true, batch);
+        else
+            CopyBatch(candidates_, areInTwoLeavesA, areInTwoLeavesB, batch);
+    }
+
     HWY_NOINLINE void Decide() {
         PairQueue& batch = unplaced_.Next();
-        if (areSmall_)
-            CopyBatchOfTwoLeaves(candidates_, batch);
-        else
-            CopyBatch(candidates_, batch);
+        CopyCandidates(batch);
         candidates_.DropBatch();
         Verdict verdict = {0, 0, batch.LiveLanes(kBatch), 0, false};
         if (reach_ <= kLargestForSingle)
@@ -548,9 +566,10 @@ class Descent {
     const float patchSlack_ = kPatchSlack * reach_;
     int planeCredit_ = reach_ <= kLargestForSingle ? kFirstPlaneCredit : 0;
     unsigned hitBatches_ = 0;
+    const std::uint32_t endsOfA_ = LevelOfEnds(a_);
+    const std::uint32_t endsOfB_ = LevelOfEnds(b_);
     const EndsWanted wanted_;
     const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
-    const bool areSmall_ = a_.LeafCount() == 2 && b_.LeafCount() == 2;
     bool full_ = false;
     const bool mayWait_ = wanted_.forRegion && !wanted_.forCallback && !wanted_.onlyToGrowRegion;
 };

@@ -63,20 +63,6 @@ HWY_INLINE void CopyTriangles(const Leaf& leaf, const LanePicker<kBatch>& picker
     picker.Store(leaf.id, range, rows.id);
 }
 
-/// Brings the triangles of the first batch of pairs together.
-HWY_INLINE void CopyBatch(const CandidateList& list, PairQueue& batch) {
-    batch.count = std::min<unsigned>(list.count, kBatch);
-    const LanePicker<kBatch> inA(list.inA);
-    const LanePicker<kBatch> inB(list.inB);
-    for (unsigned i = 0; i < list.runCount; ++i) {
-        const auto& run = list.runs[i];
-        const unsigned end = i + 1 < list.runCount ? list.runs[i + 1].begin : batch.count;
-        const LaneRange<kBatch> range(run.begin, end);
-        CopyTriangles(*run.a, inA, range, batch.a);
-        CopyTriangles(*run.b, inB, range, batch.b);
-    }
-}
-
 HWY_INLINE void CopyTriangles(const Leaf* leaves, const TwoRowPicker& picker, QueueRows& rows) {
     for (std::size_t k = 0; k < 3; ++k)
         for (std::size_t axis = 0; axis < 3; ++axis)
@@ -85,11 +71,23 @@ HWY_INLINE void CopyTriangles(const Leaf* leaves, const TwoRowPicker& picker, Qu
     picker.Store(leaves[0].id, leaves[1].id, rows.id);
 }
 
-/// The same where both meshes have two leaves.
-HWY_INLINE void CopyBatchOfTwoLeaves(const CandidateList& list, PairQueue& batch) {
+/// Brings the first batch of pairs together; told is of which sides the triangles are all in two
+/// leaves.
+HWY_INLINE void CopyBatch(const CandidateList& list, bool areOfTwoLeavesA, bool areOfTwoLeavesB,
+                          PairQueue& batch) {
     batch.count = std::min<unsigned>(list.count, kBatch);
-    CopyTriangles(list.runs[0].a, TwoRowPicker(list.inA), batch.a);
-    CopyTriangles(list.runs[0].b, TwoRowPicker(list.inB), batch.b);
+    if (areOfTwoLeavesA) CopyTriangles(list.runs[0].a, TwoRowPicker(list.inA), batch.a);
+    if (areOfTwoLeavesB) CopyTriangles(list.runs[0].b, TwoRowPicker(list.inB), batch.b);
+    if (areOfTwoLeavesA && areOfTwoLeavesB) return;
+    const LanePicker<kBatch> inA(list.inA);
+    const LanePicker<kBatch> inB(list.inB);
+    for (unsigned i = 0; i < list.runCount; ++i) {
+        const auto& run = list.runs[i];
+        const unsigned end = i + 1 < list.runCount ? list.runs[i + 1].begin : batch.count;
+        const LaneRange<kBatch> range(run.begin, end);
+        if (!areOfTwoLeavesA) CopyTriangles(*run.a, inA, range, batch.a);
+        if (!areOfTwoLeavesB) CopyTriangles(*run.b, inB, range, batch.b);
+    }
 }
 
 HWY_INLINE void MoveRows(const QueueRows& from, const ChosenStore<kBatch>& store, std::size_t end,

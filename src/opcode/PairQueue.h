@@ -59,8 +59,8 @@ struct CandidateList {
     // Nearly a batch, and one triangle with all of two leaves.
     static constexpr std::size_t kCapacity = kBatch + 2 * kWidth;
 
-    /// Pairs from the same two leaves: up to where the next ones begin. Where two small meshes meet
-    /// there is one run, from the first of their two leaves; places go on in the second.
+    /// Pairs from the same two leaves: up to where the next ones begin. For a mesh of two leaves it
+    /// is always the first; places go on in the second.
     struct Run {
         const Leaf* a;
         const Leaf* b;

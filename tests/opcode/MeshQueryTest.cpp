@@ -300,21 +300,27 @@ TEST(MeshQuery, AgreesWithRationalsWhereFacesAndEdgesMeet) {
 }
 
 TEST(MeshQuery, AgreesWithRationalsWhereOneBoxMeetsAnother) {
+    Random random(5);
+    const auto box = [&] {
+        const auto place = [&] { return static_cast<float>(random.Below(3)); };
+        const Point low{place(), place(), place()};
+        return MakeBox(low, {low.x + 1, low.y + 1, low.z + 2});
+    };
     std::size_t touching = 0;
-    for (std::uint64_t seed = 1; seed <= 30; ++seed) {
-        Random random(seed);
-        const MeshData a = GridBoxes(random, 1);
-        const MeshData b = GridBoxes(random, 1);
+    constexpr std::size_t kTests = 12;
+    for (std::size_t i = 0; i < kTests; ++i) {
+        const MeshData a = box();
+        const MeshData b = box();
         const PairList expected = ByRationals(a, b);
         if (!expected.empty()) ++touching;
         for (const std::int64_t target : Targets()) {
             const OnlyTarget only(target);
             EXPECT_EQ(Sorted(Query(BuiltMesh(a), BuiltMesh(b)).pairs), expected)
-                << seed << " on " << target;
+                << i << " on " << target;
         }
     }
-    EXPECT_GT(touching, 5U);
-    EXPECT_LT(touching, 30U);
+    EXPECT_GT(touching, 2U);
+    EXPECT_LT(touching, kTests);
 }
 
 // A beam on a slab, everything in steps of 1/1024 m.
