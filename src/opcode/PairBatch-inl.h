@@ -46,10 +46,11 @@ HWY_INLINE void AddPairs(unsigned one, unsigned others, CandidateList& list) {
     std::uint8_t* ones = (kSideOfOne == Side::kA ? list.inA : list.inB) + list.count;
     std::uint8_t* many = (kSideOfOne == Side::kA ? list.inB : list.inA) + list.count;
     std::memset(ones, static_cast<int>(one), kOthers);
-    std::memcpy(many, kChosenLanes<kWidth>.lane[others & 0xFFU], kWidth);
+    const unsigned inFirst = others & ((1U << kWidth) - 1);
+    std::memcpy(many, kChosenLanes<kWidth>.lane[inFirst], kWidth);
     if constexpr (kOthers > kWidth) {
-        const unsigned second = others >> kWidth;
-        std::memcpy(many + hwy::PopCount(others & 0xFFU), kChosenLanes<kWidth, kWidth>.lane[second],
+        const unsigned inSecond = others >> kWidth;
+        std::memcpy(many + hwy::PopCount(inFirst), kChosenLanes<kWidth, kWidth>.lane[inSecond],
                     kWidth);
     }
     list.count += static_cast<unsigned>(hwy::PopCount(others));
@@ -316,8 +317,8 @@ struct RoughEnd {
 };
 
 /// `toSide` is the side of the end of the edge. `span` is no less than the edge is long along each
-/// axis. Both sides are larger than their
-/// tolerance; where their difference is not much larger, the error exceeds the edge.
+/// axis. Both sides are larger than their tolerance; where their difference is not much larger, the
+/// error exceeds the edge.
 HWY_INLINE RoughEnd FindRoughEnd(const EndChoice& end, const F16& toSide, const SidedTriangle& a,
                                  const SidedTriangle& b, const F16& span, const F16& rounding) {
     const F16x3 from = Choose(end.onB, b.t.v[0], a.t.v[0]);
@@ -554,7 +555,7 @@ HWY_INLINE void ExchangeOthers(LoneCorners& corners, unsigned lanes) {
     corners.on[2] ^= differing;
 }
 
-/// Where an edge from the lone vertex ends on the other's plane, it ends in a corner.
+/// An end of a common segment that is a corner on the other's plane, which it is exactly.
 HWY_INLINE void PutOnCorners(const EndChoice& choice, const LoneCorners& p, std::size_t toP,
                              const LoneCorners& q, std::size_t toQ, F16x3& end) {
     const unsigned onB = Bits(choice.onB);
@@ -565,7 +566,7 @@ HWY_INLINE void PutOnCorners(const EndChoice& choice, const LoneCorners& p, std:
 }
 
 /// What is left of the test in single precision for a batch in which corners lie on planes, or
-/// nearly so. Those that are on it for sure count as such.
+/// nearly so: what is surely on a plane counts as that, as FindCrossing has it.
 inline HWY_NOINLINE Verdict TestTouching(const SidedPairs& pairs, unsigned close,
                                          const EndsWanted& wanted, Box& region, SegmentEnds& ends) {
     const CornerSigns signsA = SignsOf(pairs.sideA, pairs.toleranceA, pairs.a, pairs.b);
