@@ -188,7 +188,7 @@ class Descent {
         unplaced_.Clear(reach_);
         stack.clear();
         const PlacePair roots = {a_.Root(), b_.Root()};
-        if (endsOfA_ != 0 && endsOfB_ != 0)
+        if (AreBothInTwoLeaves())
             VisitEnds(roots, EndsOf(a_.BoundingBox()), EndsOf(b_.BoundingBox()));
         else
             stack.push_back(roots);
@@ -222,6 +222,13 @@ class Descent {
     static constexpr float kPatchSlack = 3 * 10 * 0x1p-24F;
     // The batches of a small query with pairs that touch: their ends are placed without waiting.
     static constexpr unsigned kPlacedAtOnce = 2;
+
+    bool AreBothInTwoLeaves() const { return endsOfA_ != 0 && endsOfB_ != 0; }
+
+    /// Two small meshes make so few batches that planes hardly ever save one.
+    int FirstPlaneCredit() const {
+        return reach_ > kLargestForSingle || AreBothInTwoLeaves() ? 0 : kFirstPlaneCredit;
+    }
 
     HWY_INLINE void Visit(const PlacePair& pair, std::vector<PlacePair>& stack) {
         const EndsOfBox boxA = BoxOf(a_, pair.a);
@@ -403,15 +410,13 @@ class Descent {
     }
 
     HWY_INLINE void CopyCandidates(PairQueue& batch) const {
-        const bool areInTwoLeavesA = endsOfA_ != 0;
-        const bool areInTwoLeavesB = endsOfB_ != 0;
         // Told apart once, so that nothing is asked for each leaf.
-        if (!areInTwoLeavesA && !areInTwoLeavesB)
-            CopyBatch(candidates_, false, false, batch);
-        else if (areInTwoLeavesA && areInTwoLeavesB)
+        if (AreBothInTwoLeaves())
             CopyBatch(candidates_, true, true, batch);
+        else if (endsOfA_ == 0 && endsOfB_ == 0)
+            CopyBatch(candidates_, false, false, batch);
         else
-            CopyBatch(candidates_, areInTwoLeavesA, areInTwoLeavesB, batch);
+            CopyBatch(candidates_, endsOfA_ != 0, endsOfB_ != 0, batch);
     }
 
     HWY_NOINLINE void Decide() {
@@ -564,10 +569,10 @@ class Descent {
     UnplacedEnds& unplaced_ = scratch_.unplaced;
     const float reach_;
     const float patchSlack_ = kPatchSlack * reach_;
-    int planeCredit_ = reach_ <= kLargestForSingle ? kFirstPlaneCredit : 0;
     unsigned hitBatches_ = 0;
     const std::uint32_t endsOfA_ = LevelOfEnds(a_);
     const std::uint32_t endsOfB_ = LevelOfEnds(b_);
+    int planeCredit_ = FirstPlaneCredit();
     const EndsWanted wanted_;
     const bool isPatchUsable_ = reach_ >= kLeastForPatch && reach_ <= kLargestForSingle;
     bool full_ = false;
