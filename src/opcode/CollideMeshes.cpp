@@ -584,8 +584,15 @@ void Descend(MeshTree& a, MeshTree& b, const Query& query) {
 }
 
 void FillAll(MeshTree& tree) {
-    for (std::uint32_t i = 0; i < tree.LeafCount(); ++i)
+    const Opcode::MeshInterface& mesh = tree.Mesh();
+    const std::uint32_t count = tree.LeafCount();
+    for (std::uint32_t i = 0; i < count; ++i) {
+        // The triangles lie in the order of the host, so each would be waited for.
+        if (const std::uint32_t ahead = i + 2; ahead < count)
+            for (std::uint32_t k = 0; k < tree.TriangleCount(ahead); ++k)
+                hwy::Prefetch(&mesh.GetTris()[tree.TrianglesOf(ahead)[k]]);
         FilledLeaf(tree, i);
+    }
 }
 
 std::int64_t ThisTarget() {

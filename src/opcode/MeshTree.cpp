@@ -5,6 +5,8 @@
 #include <cmath>
 #include <numeric>
 
+#include <hwy/cache_control.h>
+
 #include "opcode/SpatialOrder.h"
 
 namespace kycb::opcode {
@@ -42,21 +44,27 @@ ArrangeScratch& ThreadScratch() {
     return scratch;
 }
 
-BoxEnds EndsOf(const Opcode::MeshInterface& mesh, std::uint32_t triangle) {
+// Written in place: moved as a whole, the box would wait for its parts to reach memory.
+void StoreEnds(const Opcode::MeshInterface& mesh, std::uint32_t triangle, BoxEnds& box) {
     const auto& refs = mesh.GetTris()[triangle].mVRef;
     const Point& a = mesh.GetVerts()[refs[0]];
     const Point& b = mesh.GetVerts()[refs[1]];
     const Point& c = mesh.GetVerts()[refs[2]];
-    return {{std::min(std::min(a.x, b.x), c.x), std::min(std::min(a.y, b.y), c.y),
-             std::min(std::min(a.z, b.z), c.z), 0.0F, -std::max(std::max(a.x, b.x), c.x),
-             -std::max(std::max(a.y, b.y), c.y), -std::max(std::max(a.z, b.z), c.z), 0.0F}};
+    box.end[0] = std::min(std::min(a.x, b.x), c.x);
+    box.end[1] = std::min(std::min(a.y, b.y), c.y);
+    box.end[2] = std::min(std::min(a.z, b.z), c.z);
+    box.end[3] = 0.0F;
+    box.end[4] = -std::max(std::max(a.x, b.x), c.x);
+    box.end[5] = -std::max(std::max(a.y, b.y), c.y);
+    box.end[6] = -std::max(std::max(a.z, b.z), c.z);
+    box.end[7] = 0.0F;
 }
 
 float MiddleOf(const BoxEnds& box, std::size_t axis) {
     return 0.5F * box.end[axis] - 0.5F * box.end[4 + axis];
 }
 
-void Unite(BoxEnds& sum, const BoxEnds& other) {
+void Unite(BoxEnds& sum, BoxEnds other) {
     for (std::size_t i = 0; i < 8; ++i)
         sum.end[i] = other.end[i] < sum.end[i] ? other.end[i] : sum.end[i];
 }
@@ -118,19 +126,22 @@ void MeshTree::TakeTriangles() {
         order_.erase(std::remove_if(order_.begin(), order_.end(), isUntouchable), order_.end());
     }
     const std::size_t count = order_.size();
-    scratch.triangles.resize(std::max(scratch.triangles.size(), count));
+    scratch.triangles.resize(
+        std::max<std::size_t>(scratch.triangles.size(), mesh_->GetNbTriangles()));
     scratch.leaves.resize(std::max(scratch.leaves.size(), GroupsOf(count)));
     Middles& middles = scratch.middles;
     middles.Resize(count);
     for (std::size_t i = 0; i < count; ++i) {
-        const BoxEnds box = EndsOf(*mesh_, order_[i]);
-        scratch.triangles[i] = box;
-        middles.Set(i, MiddleOf(box, 0), MiddleOf(box, 1), MiddleOf(box, 2),
-                    static_cast<std::uint32_t>(i));
+        const std::uint32_t number = order_[i];
+        BoxEnds& box = scratch.triangles[number];
+        StoreEnds(*mesh_, number, box);
+        middles.Set(i, MiddleOf(box, 0), MiddleOf(box, 1), MiddleOf(box, 2), number);
     }
     SortByPlace(middles);
-    std::vector<std::uint32_t> sorted(count);
     for (std::size_t i = 0; i < count; ++i) {
+        // The boxes lie in the order of the host, so each would be waited for.
+        constexpr std::size_t kAhead = 16;
+        hwy::Prefetch(&scratch.triangles[middles.NumberAt(std::min(i + kAhead, count - 1))]);
         const std::uint32_t number = middles.NumberAt(i);
         const BoxEnds& triangle = scratch.triangles[number];
         BoxEnds& leaf = scratch.leaves[i / kWidth];
@@ -138,9 +149,8 @@ void MeshTree::TakeTriangles() {
             leaf = triangle;
         else
             Unite(leaf, triangle);
-        sorted[i] = order_[number];
+        order_[i] = number;
     }
-    order_ = std::move(sorted);
 }
 
 /// Makes the boxes of all levels from those of the leaves.
