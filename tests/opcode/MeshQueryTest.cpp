@@ -346,6 +346,23 @@ TEST(MeshQuery, FindsTheRectangleOnWhichABoxStandsOnAnother) {
     }
 }
 
+// Computed along the edge that leads there, the first one would be off in its fifth digit.
+TEST(MeshQuery, GivesTheCornersThatStandOnAPlaneExactly) {
+    const Point first(1e-9F, 3, 0);
+    const Point second(-5, 4, 0);
+    MeshData standing;
+    standing.AddTriangle({1000, 500, 1000}, first, second);
+    MeshData ground;
+    ground.AddTriangle({-3000, -3000, 0}, {3000, -3000, 0}, {0, 3000, 0});
+    for (const std::int64_t target : Targets()) {
+        const OnlyTarget only(target);
+        QueryResult result = Query(BuiltMesh(standing), BuiltMesh(ground));
+        ASSERT_EQ(result.points.size(), 2U) << target;
+        if (result.points[0].x < 0) std::swap(result.points[0], result.points[1]);
+        EXPECT_TRUE(SameBits(result.points, {first, second})) << target;
+    }
+}
+
 TEST(MeshQuery, TellsPipesInPipesFromPipesThatTouch) {
     const BuiltMesh inner(Pipe(0.2F, 24, 9));
     // Between corners, the wall of 24 corners comes 0.86 % closer to the axis than at them.
