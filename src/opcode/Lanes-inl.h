@@ -166,12 +166,12 @@ HWY_INLINE void Store(const Pack<T, N>& a, T* to) {
 }
 
 /// The mask of the low bits of an integer.
-template <std::size_t N>
-HWY_INLINE PackMask<float, N> MaskOf(unsigned bits) {
-    const typename Pack<float, N>::Tag tag;
-    PackMask<float, N> r;
+template <std::size_t N, typename T = float>
+HWY_INLINE PackMask<T, N> MaskOf(unsigned bits) {
+    const typename Pack<T, N>::Tag tag;
+    PackMask<T, N> r;
     for (std::size_t i = 0; i < r.kParts; ++i) {
-        const unsigned part = bits >> (i * Pack<float, N>::kLanes);
+        const unsigned part = bits >> (i * Pack<T, N>::kLanes);
         // The load may read eight bytes where there are one or two.
         const std::uint8_t bytes[8] = {static_cast<std::uint8_t>(part),
                                        static_cast<std::uint8_t>(part >> 8U)};

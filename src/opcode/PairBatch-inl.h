@@ -495,6 +495,9 @@ struct CornerSigns {
         return known;
     }
     unsigned AllOn() const { return on[0] & on[1] & on[2]; }
+    unsigned AllOnOneSide() const {
+        return (above[0] & above[1] & above[2]) | (below[0] & below[1] & below[2]);
+    }
     /// Whether two corners lie on the same side, off the plane.
     unsigned AreTogether(std::size_t i, std::size_t k) const {
         return (above[i] & above[k]) | (below[i] & below[k]);
@@ -508,7 +511,7 @@ struct CornerSigns {
     }
 };
 
-/// `plane` is of the other triangle.
+/// The same from single precision, give or take `tolerance`; `plane` is of the other triangle.
 HWY_INLINE CornerSigns SignsOf(const CornerF16& side, const F16& tolerance, const TriangleF16& t,
                                const TriangleF16& plane) {
     const EqualLanes normal =
@@ -523,21 +526,24 @@ HWY_INLINE CornerSigns SignsOf(const CornerF16& side, const F16& tolerance, cons
 }
 
 /// A triangle turned to its lone vertex.
+template <class P>
 struct LoneCorners {
-    TriangleF16 t;
+    TriangleLanes<P> t;
     unsigned on[3];    // the corners on the other's plane
     unsigned isBelow;  // whether the lone vertex is below, or the others above
 };
 
-HWY_INLINE LoneCorners TurnToLone(const TriangleF16& t, const CornerSigns& signs) {
+template <typename T, std::size_t N>
+HWY_INLINE LoneCorners<Pack<T, N>> TurnToLone(const TriangleLanes<Pack<T, N>>& t,
+                                              const CornerSigns& signs) {
     const unsigned first = signs.IsLone(0);
     const unsigned second = signs.IsLone(1) & ~first;
     const unsigned third = ~first & ~second;
     const auto turned = [&](const unsigned(&bits)[3], std::size_t k) {
         return (first & bits[k]) | (second & bits[(k + 1) % 3]) | (third & bits[(k + 2) % 3]);
     };
-    LoneCorners lone;
-    lone.t = TurnedTo(t, MaskOf<kBatch>(second), MaskOf<kBatch>(third));
+    LoneCorners<Pack<T, N>> lone;
+    lone.t = TurnedTo(t, MaskOf<N, T>(second), MaskOf<N, T>(third));
     for (std::size_t k = 0; k < 3; ++k)
         lone.on[k] = turned(signs.on, k);
     lone.isBelow = turned(signs.below, 0) | (lone.on[0] & turned(signs.above, 1));
@@ -545,9 +551,10 @@ HWY_INLINE LoneCorners TurnToLone(const TriangleF16& t, const CornerSigns& signs
 }
 
 /// Exchanges the other two corners, in some lanes.
-HWY_INLINE void ExchangeOthers(LoneCorners& corners, unsigned lanes) {
-    const auto chosen = MaskOf<kBatch>(lanes);
-    const F16x3 second = corners.t.v[1];
+template <typename T, std::size_t N>
+HWY_INLINE void ExchangeOthers(LoneCorners<Pack<T, N>>& corners, unsigned lanes) {
+    const auto chosen = MaskOf<N, T>(lanes);
+    const Vector3<Pack<T, N>> second = corners.t.v[1];
     corners.t.v[1] = Choose(chosen, corners.t.v[2], second);
     corners.t.v[2] = Choose(chosen, second, corners.t.v[2]);
     const unsigned differing = (corners.on[1] ^ corners.on[2]) & lanes;
@@ -555,14 +562,17 @@ HWY_INLINE void ExchangeOthers(LoneCorners& corners, unsigned lanes) {
     corners.on[2] ^= differing;
 }
 
-/// An end of a common segment that is a corner on the other's plane, which it is exactly.
-HWY_INLINE void PutOnCorners(const EndChoice& choice, const LoneCorners& p, std::size_t toP,
-                             const LoneCorners& q, std::size_t toQ, F16x3& end) {
-    const unsigned onB = Bits(choice.onB);
-    const auto isStart = MaskOf<kBatch>((onB & q.on[0]) | (~onB & p.on[0]));
-    const auto isTo = MaskOf<kBatch>((onB & q.on[toQ]) | (~onB & p.on[toP]));
-    const F16x3 start = Choose(choice.onB, q.t.v[0], p.t.v[0]);
-    end = Choose(isTo, choice.to, Choose(isStart, start, end));
+/// An end of a common segment that is a corner on the other's plane, which it is exactly. `onB`
+/// says whose edge it lies on, which leads to one of two corners.
+template <typename T, std::size_t N>
+HWY_INLINE void PutOnCorners(const PackMask<T, N>& onB, const LoneCorners<Pack<T, N>>& p,
+                             std::size_t toP, const LoneCorners<Pack<T, N>>& q, std::size_t toQ,
+                             Vector3<Pack<T, N>>& end) {
+    const unsigned isOnB = Bits(onB);
+    const auto isStart = MaskOf<N, T>((isOnB & q.on[0]) | (~isOnB & p.on[0]));
+    const auto isTo = MaskOf<N, T>((isOnB & q.on[toQ]) | (~isOnB & p.on[toP]));
+    end = Choose(isTo, Choose(onB, q.t.v[toQ], p.t.v[toP]),
+                 Choose(isStart, Choose(onB, q.t.v[0], p.t.v[0]), end));
 }
 
 /// What is left of the test in single precision for a batch in which corners lie on planes, or
@@ -578,8 +588,8 @@ inline HWY_NOINLINE Verdict TestTouching(const SidedPairs& pairs, unsigned close
     const unsigned sure = known & ~flatA & ~flatB;
     if (sure == 0) return {0, 0, close, flat, false};
 
-    LoneCorners p = TurnToLone(pairs.a, signsA);
-    LoneCorners q = TurnToLone(pairs.b, signsB);
+    LoneCorners<F16> p = TurnToLone(pairs.a, signsA);
+    LoneCorners<F16> q = TurnToLone(pairs.b, signsB);
     const unsigned rows = q.isBelow;
     const unsigned columns = p.isBelow;
     ExchangeOthers(p, rows);
@@ -612,8 +622,8 @@ inline HWY_NOINLINE Verdict TestTouching(const SidedPairs& pairs, unsigned close
                                      {endOnB, Choose(endOnB, q.t.v[2], p.t.v[1])}};
         F16x3 placed[2];
         PlaceEnds(p.t, q.t, choice, common, placed);
-        PutOnCorners(choice[0], p, 2, q, 1, placed[0]);
-        PutOnCorners(choice[1], p, 1, q, 2, placed[1]);
+        PutOnCorners(startOnB, p, 2, q, 1, placed[0]);
+        PutOnCorners(endOnB, p, 1, q, 2, placed[1]);
         DeliverEnds(MaskOf<kBatch>(hit), placed, wanted, region, ends);
     }
     return {hit, hit & (startZero | endZero), close & ~hit & ~passing, flat, hasPoints};
@@ -704,10 +714,11 @@ inline HWY_NOINLINE Verdict TestInSingle(const PairQueue& queue, const EndsWante
 constexpr double kVolumeErrorDouble = 8 * 0x1p-53;
 constexpr double kAreaError = 4 * 0x1p-53;
 
-/// Signs as -1, 0 and 1, and the lanes in which rounding hides them (their sign reads 0).
-struct SignLanes {
-    D8 sign;
-    PackMask<double, kFineBatch> unknown;
+/// The lanes in which a sign is known, one bit each.
+struct KnownSigns {
+    unsigned above;
+    unsigned below;
+    unsigned zero;
 };
 
 HWY_INLINE D8x3 Magnitudes(const D8x3& v) {
@@ -728,72 +739,43 @@ HWY_INLINE BoundedNormal CrossBounded(const D8x3& u, const D8x3& v) {
              Magnitude(plus.z) + Magnitude(minus.z)}};
 }
 
-HWY_INLINE SignLanes SignOfDot(const BoundedNormal& n, const D8x3& v) {
+HWY_INLINE KnownSigns SignOfDot(const BoundedNormal& n, const D8x3& v) {
     const D8 value = Dot(n.value, v);
     const D8 terms = Dot(n.terms, Magnitudes(v));
     const D8 bound = terms * Broadcast<kFineBatch>(kVolumeErrorDouble);
-    const D8 zero = Broadcast<kFineBatch>(0.0);
-    const D8 one = Broadcast<kFineBatch>(1.0);
-    const D8 sign = Choose(value > bound, one, Choose(value < -bound, -one, zero));
-    return {sign, (sign == zero) & (terms > zero)};
+    return {Bits(value > bound), Bits(value < -bound), Bits(terms == Broadcast<kFineBatch>(0.0))};
 }
 
-/// Which lanes have their lone vertex at `s`, with `p` and `q` the other two: as FindLoneVertex.
-HWY_INLINE PackMask<double, kFineBatch> IsLone(const D8& s, const D8& p, const D8& q) {
-    const D8 zero = Broadcast<kFineBatch>(0.0);
-    return (s * p <= zero) & (s * q <= zero) & ((Magnitude(s) > zero) | (p * q > zero));
+/// `normal` and `from` are of the other triangle's plane.
+HWY_INLINE CornerSigns SignsOf(const TriangleD8& t, const BoundedNormal& normal, const D8x3& from) {
+    CornerSigns signs;
+    for (std::size_t k = 0; k < 3; ++k) {
+        const KnownSigns sign = SignOfDot(normal, t.v[k] - from);
+        signs.above[k] = sign.above;
+        signs.below[k] = sign.below;
+        signs.on[k] = sign.zero;
+    }
+    return signs;
 }
 
-/// One triangle of each pair turned to its lone vertex, and the signs of its vertices.
-struct LoneTriangle {
-    TriangleD8 t;
-    D8 sign[3];
-    PackMask<double, kFineBatch> below;
-};
-
-HWY_INLINE LoneTriangle TurnToLone(const TriangleD8& t, const SignLanes (&s)[3]) {
-    const auto isSecond = IsLone(s[1].sign, s[2].sign, s[0].sign);
-    const auto first = IsLone(s[0].sign, s[1].sign, s[2].sign);
-    const D8 zero = Broadcast<kFineBatch>(0.0);
-    const D8 one = Broadcast<kFineBatch>(1.0);
-    const D8 firstOrSecond = Choose(first, one, Choose(isSecond, one, zero));
-    const auto isThird = firstOrSecond == zero;
-    const auto second = Choose(first, zero, Choose(isSecond, one, zero)) == one;
-    LoneTriangle r;
-    r.t = TurnedTo(t, second, isThird);
-    r.sign[0] = Choose(isThird, s[2].sign, Choose(second, s[1].sign, s[0].sign));
-    r.sign[1] = Choose(isThird, s[0].sign, Choose(second, s[2].sign, s[1].sign));
-    r.sign[2] = Choose(isThird, s[1].sign, Choose(second, s[0].sign, s[2].sign));
-    const D8 side = Choose(r.sign[0] == zero, -r.sign[1], r.sign[0]);
-    r.below = side < zero;
-    return r;
-}
-
-/// The lone vertex, its sign, its distance from the other triangle's plane, and that plane's
-/// normal.
+/// The lone vertex, its distance from the other triangle's plane, and that plane's normal.
 struct EdgeStart {
     D8x3 from;
-    D8 sign;
     D8 distance;
     D8x3 normal;
 };
 
 HWY_INLINE EdgeStart Choose(const PackMask<double, kFineBatch>& m, const EdgeStart& yes,
                             const EdgeStart& no) {
-    return {Choose(m, yes.from, no.from), Choose(m, yes.sign, no.sign),
-            Choose(m, yes.distance, no.distance), Choose(m, yes.normal, no.normal)};
+    return {Choose(m, yes.from, no.from), Choose(m, yes.distance, no.distance),
+            Choose(m, yes.normal, no.normal)};
 }
 
-/// Where an edge passes the plane of the other triangle. An end that lies on the plane is the place
-/// itself.
-HWY_INLINE D8x3 EndOnEdge(const EdgeStart& start, const D8x3& to, const D8& toSign) {
-    const D8 zero = Broadcast<kFineBatch>(0.0);
+/// Where an edge passes the plane of the other triangle.
+HWY_INLINE D8x3 EndOnEdge(const EdgeStart& start, const D8x3& to) {
     const D8x3 edge = to - start.from;
-    const D8 quotient = -start.distance / Dot(start.normal, edge);
-    const D8 t = Choose(start.sign == zero, zero, quotient);
-    const D8x3 inside = {start.from.x + t * edge.x, start.from.y + t * edge.y,
-                         start.from.z + t * edge.z};
-    return Choose(toSign == zero, to, inside);
+    const D8 t = -start.distance / Dot(start.normal, edge);
+    return {start.from.x + t * edge.x, start.from.y + t * edge.y, start.from.z + t * edge.z};
 }
 
 /// The test in double precision of the first eight pairs. Points go where those of TestInSingle go.
@@ -804,76 +786,52 @@ inline Verdict TestInDouble(const PairQueue& queue, const EndsWanted& wanted, Bo
     const TriangleF8 narrowB = LoadTriangle<kFineBatch>(queue.b);
     const TriangleD8 a = Widened(narrowA);
     const TriangleD8 b = Widened(narrowB);
-    const D8 zero = Broadcast<kFineBatch>(0.0);
     const BoundedNormal normalA = CrossBounded(a.v[1] - a.v[0], a.v[2] - a.v[0]);
     const BoundedNormal normalB = CrossBounded(b.v[1] - b.v[0], b.v[2] - b.v[0]);
-    SignLanes sideA[3];
-    SignLanes sideB[3];
-    for (std::size_t k = 0; k < 3; ++k) {
-        sideB[k] = SignOfDot(normalA, b.v[k] - a.v[0]);
-        sideA[k] = SignOfDot(normalB, a.v[k] - b.v[0]);
-    }
-    const D8 signsA[3] = {sideA[0].sign, sideA[1].sign, sideA[2].sign};
-    const D8 signsB[3] = {sideB[0].sign, sideB[1].sign, sideB[2].sign};
-    const D8 leastA = LeastOf(signsA);
-    const D8 mostA = MostOf(signsA);
-    const D8 leastB = LeastOf(signsB);
-    const D8 mostB = MostOf(signsB);
-    const unsigned apart =
-        live & Bits((leastA > zero) | (mostA < zero) | (leastB > zero) | (mostB < zero));
-    const auto unknown = sideA[0].unknown | sideA[1].unknown | sideA[2].unknown | sideB[0].unknown |
-                         sideB[1].unknown | sideB[2].unknown;
-    const auto flatA = (leastA == zero) & (mostA == zero);
-    const auto flatB = (leastB == zero) & (mostB == zero);
-    const auto flat = flatA | flatB;
-    const unsigned undecided = Bits(unknown | flat);
-    const unsigned known = live & ~undecided & ~apart;
+    const CornerSigns signsA = SignsOf(a, normalB, b.v[0]);
+    const CornerSigns signsB = SignsOf(b, normalA, a.v[0]);
+    const unsigned close = live & ~signsA.AllOnOneSide() & ~signsB.AllOnOneSide();
+    const unsigned known = close & signsA.Known() & signsB.Known();
+    const unsigned flatA = signsA.AllOn();
+    const unsigned flatB = signsB.AllOn();
     // A triangle of no area has zeros everywhere too, which the exact test sees to.
-    const unsigned allZero = live & ~apart & ~Bits(unknown) & Bits(flatA & flatB);
-    if (known == 0) return {0, 0, live & ~apart, allZero, false};
+    const unsigned flat = known & flatA & flatB;
+    const unsigned sure = known & ~flatA & ~flatB;
+    if (sure == 0) return {0, 0, close, flat, false};
 
-    const LoneTriangle p = TurnToLone(a, sideA);
-    const LoneTriangle q = TurnToLone(b, sideB);
-    const D8x3 w = q.t.v[0] - p.t.v[0];
-    const auto rows = q.below;
-    const auto columns = p.below;
-    // What FindCrossing does by exchanging vertices.
-    const D8x3 p1 = Choose(rows, p.t.v[2], p.t.v[1]);
-    const D8x3 p2 = Choose(rows, p.t.v[1], p.t.v[2]);
-    const D8x3 q1 = Choose(columns, q.t.v[2], q.t.v[1]);
-    const D8x3 q2 = Choose(columns, q.t.v[1], q.t.v[2]);
-    const D8 p1Sign = Choose(rows, p.sign[2], p.sign[1]);
-    const D8 p2Sign = Choose(rows, p.sign[1], p.sign[2]);
-    const D8 q1Sign = Choose(columns, q.sign[2], q.sign[1]);
-    const D8 q2Sign = Choose(columns, q.sign[1], q.sign[2]);
-    const BoundedNormal u1w = CrossBounded(p1 - p.t.v[0], w);
-    const BoundedNormal u2w = CrossBounded(p2 - p.t.v[0], w);
-    const D8x3 v1 = q1 - q.t.v[0];
-    const D8x3 v2 = q2 - q.t.v[0];
-    const SignLanes atStart = SignOfDot(u1w, v1);
-    const SignLanes atEnd = SignOfDot(u2w, v2);
-    const unsigned passing = known & Bits((atStart.sign > zero) | (atEnd.sign < zero));
-    const unsigned unsure = Bits(atStart.unknown | atEnd.unknown);
-    const unsigned hit = known & ~passing & ~unsure;
-    const unsigned single = hit & Bits((atStart.sign == zero) | (atEnd.sign == zero));
+    LoneCorners<D8> p = TurnToLone(a, signsA);
+    LoneCorners<D8> q = TurnToLone(b, signsB);
+    const unsigned rows = q.isBelow;
+    const unsigned columns = p.isBelow;
+    ExchangeOthers(p, rows);
+    ExchangeOthers(q, columns);
+    const D8x3& from = p.t.v[0];
+    const D8x3& to = q.t.v[0];
+    const BoundedNormal u1w = CrossBounded(p.t.v[1] - from, to - from);
+    const BoundedNormal u2w = CrossBounded(p.t.v[2] - from, to - from);
+    const D8x3 v1 = q.t.v[1] - to;
+    const D8x3 v2 = q.t.v[2] - to;
+    const KnownSigns atStart = SignOfDot(u1w, v1);
+    const KnownSigns atEnd = SignOfDot(u2w, v2);
+    const unsigned passing = sure & (atStart.above | atEnd.below);
+    const unsigned hit = sure & (atStart.below | atStart.zero) & (atEnd.above | atEnd.zero);
     const BoxF8 common = CommonBox(BoxOf(narrowA), BoxOf(narrowB));
     const bool hasPoints = hit != 0 && wanted.Needs((hit & Bits(ReachesOut(common, region))) != 0);
     if (hasPoints) {
-        const EdgeStart onP = {p.t.v[0], p.sign[0], Dot(normalB.value, p.t.v[0] - b.v[0]),
-                               normalB.value};
-        const EdgeStart onQ = {q.t.v[0], q.sign[0], Dot(normalA.value, q.t.v[0] - a.v[0]),
-                               normalA.value};
+        const D8 zero = Broadcast<kFineBatch>(0.0);
+        const EdgeStart onP = {from, Dot(normalB.value, from - b.v[0]), normalB.value};
+        const EdgeStart onQ = {to, Dot(normalA.value, to - a.v[0]), normalA.value};
         const auto startOnB = Dot(u2w.value, v1) >= zero;
         const auto endOnB = Dot(u1w.value, v2) < zero;
-        const D8x3 start = EndOnEdge(Choose(startOnB, onQ, onP), Choose(startOnB, q1, p2),
-                                     Choose(startOnB, q1Sign, p2Sign));
-        const D8x3 end = EndOnEdge(Choose(endOnB, onQ, onP), Choose(endOnB, q2, p1),
-                                   Choose(endOnB, q2Sign, p1Sign));
+        D8x3 start = EndOnEdge(Choose(startOnB, onQ, onP), Choose(startOnB, q.t.v[1], p.t.v[2]));
+        D8x3 end = EndOnEdge(Choose(endOnB, onQ, onP), Choose(endOnB, q.t.v[2], p.t.v[1]));
+        PutOnCorners(startOnB, p, 2, q, 1, start);
+        PutOnCorners(endOnB, p, 1, q, 2, end);
         const F8x3 placed[2] = {ClampedTo(common, Narrowed(start)),
                                 ClampedTo(common, Narrowed(end))};
         DeliverEnds(MaskOf<kFineBatch>(hit), placed, wanted, region, segments);
     }
-    return {hit, single, live & ~apart & ~passing & ~hit, allZero, hasPoints};
+    return {hit, hit & (atStart.zero | atEnd.zero), close & ~passing & ~hit, flat, hasPoints};
 }
 
 }  // namespace kycb::opcode::HWY_NAMESPACE
